@@ -1,0 +1,55 @@
+# Morvanta: `make demo` and `make test` do all the set-up on a fresh Debian
+# machine (as root): missing packages, build, then the demo or every test.
+
+BUILD ?= build
+JOBS ?= $(shell nproc)
+WERROR ?= ON
+CMAKE_FLAGS ?=
+
+.PHONY: all deps build demo test asan bench examples fuzz clean
+
+all: build
+
+deps:
+	@./scripts/install-deps
+
+build: deps
+	@cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DMORVANTA_WERROR=$(WERROR) $(CMAKE_FLAGS) >/dev/null
+	@cmake --build $(BUILD) -j $(JOBS)
+
+demo: build
+	@mkdir -p out
+	@echo "Converting the example sessions of examples/ into out/:"
+	@./$(BUILD)/morvanta convert --out out --overwrite=all examples
+
+test: build
+	@cd $(BUILD) && ctest --output-on-failure --no-tests=error -j $(JOBS)
+
+asan: deps
+	@cmake -S . -B build-asan -DCMAKE_BUILD_TYPE=Debug -DMORVANTA_SANITIZE=ON -DMORVANTA_BUILD_GUI=OFF \
+	  -DMORVANTA_WERROR=$(WERROR) >/dev/null
+	@cmake --build build-asan -j $(JOBS)
+	@cd build-asan && ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
+	  ctest --output-on-failure --no-tests=error -j $(JOBS)
+
+bench: deps
+	@cmake -S . -B build-bench -DCMAKE_BUILD_TYPE=Release -DMORVANTA_BUILD_BENCH=ON -DMORVANTA_BUILD_GUI=OFF >/dev/null
+	@cmake --build build-bench -j $(JOBS) --target morvanta_bench
+	@./build-bench/bench/morvanta_bench
+
+# Rewrites examples/ and the fuzz seeds from the test session builder.
+examples: build
+	@./$(BUILD)/tests/make-examples examples fuzz/corpus
+	@echo "examples/ and fuzz/corpus/ rewritten"
+
+# Coverage-guided fuzzing with libFuzzer (clang); FUZZ_SECONDS long.
+FUZZ_SECONDS ?= 60
+fuzz: deps
+	@CXX=clang++ cmake -S . -B build-fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DMORVANTA_LIBFUZZER=ON \
+	  -DMORVANTA_BUILD_GUI=OFF >/dev/null
+	@cmake --build build-fuzz -j $(JOBS) --target fuzz_import_ses
+	@mkdir -p build-fuzz/corpus && cp fuzz/corpus/* build-fuzz/corpus/
+	@./build-fuzz/fuzz/fuzz_import_ses -max_total_time=$(FUZZ_SECONDS) -timeout=5 build-fuzz/corpus
+
+clean:
+	rm -rf $(BUILD) build-asan build-bench build-fuzz out

@@ -1,0 +1,41 @@
+// Throughput of the conversion of one session held in memory, and of the
+// probe that a folder scan runs for every file.
+#include <benchmark/benchmark.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "ExampleSessions.h"
+#include "reader/ImportSes.h"
+
+namespace {
+
+void ConvertExample(benchmark::State& state) {
+    const auto examples = morvanta::testing::ExampleSessions();
+    const auto& bytes = examples.back().Bytes;
+    for (auto _ : state) {
+        auto result = morvanta::ConvertSesBytes(bytes, {}, "bench.ses", "bench.sesx");
+        benchmark::DoNotOptimize(result.Document);
+    }
+    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * bytes.size()));
+}
+BENCHMARK(ConvertExample);
+
+void ProbeFile(benchmark::State& state) {
+    const auto path = std::filesystem::temp_directory_path() / "morvanta-bench-probe.ses";
+    {
+        const auto bytes = morvanta::testing::ExampleSessions().back().Bytes;
+        std::ofstream out(path, std::ios::binary);
+        out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    }
+    for (auto _ : state) {
+        auto result = morvanta::ImportSesFile(path, {}, true, {});
+        benchmark::DoNotOptimize(result.Version);
+    }
+    std::filesystem::remove(path);
+}
+BENCHMARK(ProbeFile);
+
+}  // namespace
+
+BENCHMARK_MAIN();

@@ -1,0 +1,58 @@
+// morvanta: converts Cool Edit and Audition 1.0-3.0 sessions (.ses) to
+// Audition XML sessions (.sesx) from the command line.
+#include <CLI/CLI.hpp>
+
+#include <iostream>
+#include <map>
+
+#include "cli/CliCommands.h"
+
+using namespace morvanta::cli;
+
+int main(int argc, char** argv) {
+    CLI::App app{"Morvanta converts Cool Edit and Adobe Audition 1.0-3.0 multitrack sessions (.ses)\n"
+                 "to Adobe Audition XML sessions (.sesx).",
+                 "morvanta"};
+    app.set_version_flag("--version", "morvanta 1.5.00");
+    app.require_subcommand(1);
+
+    ConvertCommand convert;
+    auto* convertApp = app.add_subcommand("convert", "Convert session files, or every *.ses file of folders");
+    convertApp->add_option("PATH", convert.Paths, "Session files or folders")->required();
+    convertApp->add_option("--out,-o", convert.OutFolder,
+                           "Folder for the documents (default: beside each source file); it must exist");
+    const std::map<std::string, OverwriteMode> modes{
+        {"ask", OverwriteMode::Ask}, {"all", OverwriteMode::All}, {"skip", OverwriteMode::Skip}};
+    convertApp
+        ->add_option("--overwrite", convert.Overwrite,
+                     "What to do with an existing document: ask (on a terminal; skip otherwise), all, skip")
+        ->transform(CLI::CheckedTransformer(modes, CLI::ignore_case))
+        ->default_str("ask");
+    convertApp->add_flag("--no-path-names", convert.NoPathNames,
+                         "List media files by name only, without their folders");
+    convertApp->add_flag("--recursive,-r", convert.Recursive, "Also convert the sessions of sub-folders");
+    convertApp->add_flag("--json", convert.Json, "Print one JSON document instead of lines");
+
+    ScanCommand scan;
+    auto* scanApp = app.add_subcommand("scan", "List the session files of a folder with their writer versions");
+    scanApp->add_option("DIR", scan.Folder, "Folder to scan")->required();
+    scanApp->add_flag("--recursive,-r", scan.Recursive, "Include sub-folders");
+    scanApp->add_flag("--json", scan.Json, "Print one JSON document instead of lines");
+
+    InfoCommand info;
+    auto* infoApp = app.add_subcommand("info", "Show the header, version and chunks of one session file");
+    infoApp->add_option("FILE", info.File, "Session file")->required();
+    infoApp->add_flag("--json", info.Json, "Print one JSON document instead of lines");
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        const int code = app.exit(error);
+        return code == 0 ? kExitOk : kExitUsage;
+    }
+
+    if (*convertApp) return RunConvert(convert, std::cout, std::cerr);
+    if (*scanApp) return RunScan(scan, std::cout, std::cerr);
+    if (*infoApp) return RunInfo(info, std::cout, std::cerr);
+    return kExitUsage;
+}

@@ -1,0 +1,23 @@
+// The options of one conversion. They arrive with every call; no reader or
+// writer looks at anything else for them.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace morvanta {
+
+struct ConvertOptions {
+    // Names come from the 16-bit wave list and the comment path is made
+    // safe for 8-bit text; with a Charset the document is recoded afterwards.
+    bool NonEnglish = false;
+    // Charset the session's 8-bit texts are in; the finished document is
+    // re-saved as UTF-8 from it. Empty: no recoding.
+    std::string Charset;
+    // The file list names media files without their folders.
+    bool NoPathNames = false;
+    // Where the effect catalogues lie.
+    std::filesystem::path CatalogueFolder;
+};
+
+}  // namespace morvanta

@@ -1,0 +1,25 @@
+#include "reader/Assembly.h"
+
+#include "writer/NumberText.h"
+
+namespace morvanta {
+
+void BuildTempoTexts(Session& session) {
+    if (session.Tempo > 360) session.Tempo = 120;
+    auto text = [](double value, const char* fallback) {
+        return value == 0 ? std::string(fallback) : GeneralText(value);
+    };
+    session.BeatsPerBarText = text(session.BeatsPerBar, "4");
+    session.TempoText = text(session.Tempo, "120");
+    session.SubdivisionsText = text(session.Subdivisions, "16");
+    session.NoteLengthText = text(session.NoteLength, "4");
+}
+
+void AssembleSession(Session& session, const ConvertOptions&, std::vector<Diagnostic>&) {
+    // Order: cue markers, session files, tracks, clips and fades, clip
+    // points, video repair, clip sort, tempo texts. The steps before the
+    // tempo texts join this sequence with the readers they depend on.
+    BuildTempoTexts(session);
+}
+
+}  // namespace morvanta

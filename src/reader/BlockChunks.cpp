@@ -1,0 +1,15 @@
+// Readers of this chunk family. Until a reader is built, its chunk is
+// stepped over by its payload length, so nothing behind it is misread.
+#include "reader/ChunkReaders.h"
+
+namespace morvanta {
+
+std::int64_t ReadBk25Chunk(ReadContext& ctx, const ChunkHeader& chunk) { return SkipChunk(ctx, chunk); }
+
+std::int64_t ReadBk20Chunk(ReadContext& ctx, const ChunkHeader& chunk) { return SkipChunk(ctx, chunk); }
+
+std::int64_t ReadBlkChunk(ReadContext& ctx, const ChunkHeader& chunk) { return SkipChunk(ctx, chunk); }
+
+std::int64_t ReadBlk2Chunk(ReadContext& ctx, const ChunkHeader& chunk) { return SkipChunk(ctx, chunk); }
+
+}  // namespace morvanta

@@ -1,0 +1,11 @@
+// Readers of this chunk family. Until a reader is built, its chunk is
+// stepped over by its payload length, so nothing behind it is misread.
+#include "reader/ChunkReaders.h"
+
+namespace morvanta {
+
+std::int64_t ReadEp20Chunk(ReadContext& ctx, const ChunkHeader& chunk) { return SkipChunk(ctx, chunk); }
+
+std::int64_t ReadEnvpChunk(ReadContext& ctx, const ChunkHeader& chunk) { return SkipChunk(ctx, chunk); }
+
+}  // namespace morvanta

@@ -1,0 +1,85 @@
+// The entry to the reader: the container walk, the dispatch of each chunk to
+// its reader, the version gate, and the whole conversion of one file.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "model/ConvertOptions.h"
+#include "model/Diagnostic.h"
+#include "model/Session.h"
+#include "reader/ByteReader.h"
+
+namespace morvanta {
+
+inline constexpr std::string_view kSesMagic = "COOLNESS";
+inline constexpr std::int64_t kFirstChunkOffset = 12;
+inline constexpr std::string_view kRefusalCaption = "Importing Audition Session file";
+
+struct ChunkHeader {
+    std::string Tag;
+    std::int64_t Position{};         // offset of the tag
+    std::int64_t PayloadPosition{};  // Position + 8
+    std::int32_t PayloadLength{};
+    std::int64_t End() const { return PayloadPosition + PayloadLength; }
+};
+
+// What a chunk reader works with. Readers take positions from the chunk and
+// return the position of the next chunk.
+struct ReadContext {
+    Session& session;
+    const ByteReader& file;
+    const ConvertOptions& options;
+    bool VersionOnly = false;
+    std::int32_t DeclaredLength = 0;
+    std::vector<Diagnostic>& warnings;
+    std::vector<ChunkHeader>* visited = nullptr;  // filled when asked for (morvanta info)
+};
+
+using ChunkReader = std::int64_t (*)(ReadContext&, const ChunkHeader&);
+
+enum class ImportStatus {
+    Converted,   // a document was made
+    Probed,      // probe mode: the walk ended at "vers" or at the end
+    NotSession,  // the file does not start with "COOLNESS"
+    Refused,     // the version gate said no
+    Failed,      // the file could not be read or written
+};
+
+struct ImportResult {
+    int Result = 0;  // -1 when the magic does not match, 0 in every other case
+    ImportStatus Status = ImportStatus::Failed;
+    bool VersionRead = false;
+    std::string Version;   // the "vers" text, when one was read
+    std::string Message;   // refusal or failure, ready to show
+    std::int64_t ErrorOffset = -1;
+    std::string ErrorChunk;
+    std::vector<Diagnostic> Warnings;
+    std::string Document;  // the document text (ConvertSesBytes)
+};
+
+// Walks the chunks of a file held in memory and fills `session` (reset first).
+// No assembly, no writer. Faults are reported in the result, never thrown.
+ImportResult ReadSesBytes(std::span<const std::uint8_t> bytes, Session& session,
+                          const ConvertOptions& options, bool VersionOnly = false,
+                          std::vector<ChunkHeader>* visited = nullptr);
+
+// Reads, assembles and writes one session held in memory. `SourcePath` goes
+// into the closing comment, `OutputPath` names the document.
+ImportResult ConvertSesBytes(std::span<const std::uint8_t> bytes, const ConvertOptions& options,
+                             const std::string& SourcePath, const std::string& OutputPath);
+
+// The whole job for one file: read it, and write the document to OutputPath
+// atomically (nothing is left half-written). With VersionOnly only the
+// version text is fetched: the walk stops at "vers" and nothing is written.
+ImportResult ImportSesFile(const std::filesystem::path& SesPath,
+                           const std::filesystem::path& OutputPath, bool VersionOnly,
+                           const ConvertOptions& options);
+
+// "<file>: offset N (chunk "TAG"): message" for a failed result.
+std::string DescribeFailure(const std::string& path, const ImportResult& result);
+
+}  // namespace morvanta

@@ -1,0 +1,46 @@
+// Shared state of one document being written, and the section writers.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "model/ConvertOptions.h"
+#include "model/Diagnostic.h"
+#include "model/Session.h"
+
+namespace morvanta {
+
+struct DocumentWriter {
+    Session& session;
+    const ConvertOptions& options;
+    std::vector<Diagnostic>& warnings;
+    std::string out;
+
+    // Track loop state.
+    int TrackIndex = 0;
+    bool AnySolo = false;
+    bool MasterWritten = false;
+
+    // One element a line, each ended by a single line feed.
+    void Line(std::string_view text) {
+        out += text;
+        out += '\n';
+    }
+};
+
+// Sections, in document order.
+void ReorderTracks(DocumentWriter& w);  // master last; sets MasterWritten
+void SortClipsForWriting(Session& session);
+void WriteTracks(DocumentWriter& w);
+void WriteSessionState(DocumentWriter& w);
+void WriteCueMarkers(DocumentWriter& w);
+void WriteClipGroups(DocumentWriter& w);
+void WriteMetronome(DocumentWriter& w);
+void WriteFiles(DocumentWriter& w);
+
+// Pieces the track writer shares with other sections.
+void WriteTrackEq(DocumentWriter& w, const TrackEq* eq);
+std::string BuildMetronomePattern(const std::string& pattern);
+
+}  // namespace morvanta

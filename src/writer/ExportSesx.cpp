@@ -1,0 +1,66 @@
+// The document frame: what stands around the tracks, in writing order
+// (docs/format/document.md).
+#include "writer/ExportSesx.h"
+
+#include <utility>
+
+#include "writer/DocumentWriter.h"
+#include "writer/NumberText.h"
+#include "writer/TextHelpers.h"
+
+namespace morvanta {
+namespace {
+
+constexpr std::string_view kProgramTitle = "Morvanta";
+
+std::string VersionText() {
+    // "##" major, "0" minor, and the revision as two digits.
+    std::string revision = "00" + std::to_string(MORVANTA_VERSION_PATCH);
+    return std::to_string(MORVANTA_VERSION_MAJOR) + "." + std::to_string(MORVANTA_VERSION_MINOR) + "." +
+           revision.substr(revision.size() - 2);
+}
+
+}  // namespace
+
+// Exchange sort by (TrackOrdinal, Start), element 0 included; ties stay.
+void SortClipsForWriting(Session& session) {
+    auto& clips = session.Clips;
+    for (std::size_t i = 0; i < clips.size(); ++i) {
+        for (std::size_t j = i + 1; j < clips.size(); ++j) {
+            if (clips[i].TrackOrdinal > clips[j].TrackOrdinal ||
+                (clips[i].TrackOrdinal == clips[j].TrackOrdinal && clips[i].Start > clips[j].Start))
+                std::swap(clips[i], clips[j]);
+        }
+    }
+}
+
+std::string ExportSesxFile(Session& session, const ConvertOptions& options,
+                           const std::string& OutputPath, std::vector<Diagnostic>& warnings) {
+    DocumentWriter w{session, options, warnings, {}};
+    ReorderTracks(w);
+    SortClipsForWriting(session);
+
+    w.Line(R"(<?xml version="1.0" encoding="UTF-8" standalone="no" ?>)");
+    w.Line("<!DOCTYPE sesx>");
+    w.Line(R"(<sesx appVersion="5.0" version="1.0">)");
+    w.Line("");
+    w.Line(R"(<session audioChannelType="stereo" bitDepth="32" duration="0" sampleRate=")" +
+           IntegerText(session.SampleRate) + R"(">)");
+    w.Line("<name>" + EscapeText(TrimBlanks(FileNameOf(OutputPath))) + "</name>");
+    w.Line("<tracks>");
+    WriteTracks(w);
+    w.Line("</tracks>");
+    WriteSessionState(w);
+    WriteCueMarkers(w);
+    WriteClipGroups(w);
+    WriteMetronome(w);
+    w.Line("</session>");
+    WriteFiles(w);
+    w.Line("</sesx>");
+    w.Line("<!-- Converted " + MakeCommentSafe(TrimBlanks(session.SourcePath), options.NonEnglish) +
+           " (" + session.SesVersion + ") --> ");
+    w.Line("<!-- Converted by " + std::string(kProgramTitle) + " - Version " + VersionText() + " --> ");
+    return std::move(w.out);
+}
+
+}  // namespace morvanta

@@ -1,0 +1,74 @@
+// <clipGroups> and <metronome> (docs/format/document.md, "Groups and metronome").
+#include <array>
+#include <cmath>
+
+#include "services/Conversions.h"
+#include "writer/DocumentWriter.h"
+#include "writer/NumberText.h"
+#include "writer/TextHelpers.h"
+
+namespace morvanta {
+namespace {
+
+constexpr std::array<std::string_view, 10> kSoundSets{
+    "African 1", "African 2", "Beeps", "Cymbals", "Kit", "Latin 1", "Latin 2", "Latin 3", "Sticks", "Tabla",
+};
+
+}  // namespace
+
+std::string BuildMetronomePattern(const std::string& pattern) {
+    std::string rest = pattern + " ";
+    std::string result;
+    for (auto blank = rest.find(' '); blank != std::string::npos; blank = rest.find(' ')) {
+        const double code = ParseNumberPrefix(rest.substr(0, blank));
+        if (code == 1) result += "downBeat ";
+        else if (code == 2) result += "upBeat ";
+        else if (code == 3) result += "subdivision ";
+        rest.erase(0, blank + 1);
+    }
+    if (TrimBlanks(result).empty()) result = "downBeat subdivision subdivision subdivision ";
+    return result;
+}
+
+void WriteClipGroups(DocumentWriter& w) {
+    const Session& s = w.session;
+    if (s.ClipGroups.empty()) return;
+    w.Line("<clipGroups>");
+    for (const ClipGroup& group : s.ClipGroups) {
+        const double degrees = ScaleFromRange(0, 360, NormalizeToRange(0, 240, group.Hue));
+        w.Line(R"(<clipGroup hue=")" + PlainNumberText(std::nearbyint(degrees)) + R"(" id=")" +
+               PlainNumberText(static_cast<double>(group.GroupId) - 1) + R"(">)");
+        w.Line("<name>Group " + PlainNumberText(group.GroupId) + "</name>");
+        for (std::size_t i = 1; i < s.Clips.size(); ++i) {
+            const Clip& clip = s.Clips[i];
+            if (clip.GroupId > 0 && clip.GroupId == group.GroupId)
+                w.Line(R"(<item clipID=")" + PlainNumberText(clip.GroupItemId) + R"(" trackID=")" +
+                       PlainNumberText(clip.TrackId) + R"("/>)");
+        }
+        w.Line("</clipGroup>");
+    }
+    w.Line("</clipGroups>");
+}
+
+void WriteMetronome(DocumentWriter& w) {
+    const Session& s = w.session;
+    const auto soundSet = s.MetronomeSoundSet >= 0 && s.MetronomeSoundSet < 10
+                              ? kSoundSets[static_cast<std::size_t>(s.MetronomeSoundSet)]
+                              : std::string_view("Kit");
+    w.Line(std::string(R"(<metronome enabled=")") + (s.MetronomeEnabled == 1 ? "true" : "false") +
+           R"(" pattern=")" + BuildMetronomePattern(s.MetronomePattern) + R"(" soundSet=")" +
+           std::string(soundSet) + R"(">)");
+    w.Line(R"(<metronomeTrack automationLaneOpenState="true" id="0" index=")" + IntegerText(w.TrackIndex + 1) +
+           R"(" select="false">)");
+    w.Line(R"(<trackParameters trackHeight="243">)");
+    w.Line("<name>Metronome</name>");
+    w.Line("</trackParameters>");
+    w.Line(R"(<trackAudioParameters audioChannelType="mono" automationMode="1" monitoring="false" recordArmed="false" solo="false" soloSafe="true">)");
+    w.Line(R"(<trackOutput outputID="10000" type="trackID"/>)");
+    w.Line(R"(<trackInput inputID="-1"/>)");
+    w.Line("</trackAudioParameters>");
+    w.Line("</metronomeTrack>");
+    w.Line("</metronome>");
+}
+
+}  // namespace morvanta

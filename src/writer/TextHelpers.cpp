@@ -1,0 +1,61 @@
+#include "writer/TextHelpers.h"
+
+namespace morvanta {
+
+std::string TrimBlanks(std::string_view text) {
+    const auto first = text.find_first_not_of(' ');
+    if (first == std::string_view::npos) return {};
+    const auto last = text.find_last_not_of(' ');
+    return std::string(text.substr(first, last - first + 1));
+}
+
+std::string ReplaceAll(std::string subject, std::string_view find, std::string_view replacement) {
+    if (find.empty()) return subject;
+    const bool loops = replacement.find(find) != std::string_view::npos;
+    std::size_t from = 0;
+    for (auto at = subject.find(find); at != std::string::npos; at = subject.find(find, from)) {
+        subject.replace(at, find.size(), replacement);
+        // Searching again from the start gives the same result as going on
+        // from the replacement's start, which keeps this linear.
+        from = loops ? at + replacement.size() : (at >= find.size() ? at - find.size() + 1 : 0);
+    }
+    return subject;
+}
+
+std::string EscapeText(std::string_view text, bool blanksToo) {
+    std::string result(text);
+    if (blanksToo) result = ReplaceAll(result, " ", "%20");
+    // Through a character that cannot occur, since "&amp;" holds "&".
+    result = ReplaceAll(result, "&", std::string_view("\0", 1));
+    return ReplaceAll(result, std::string_view("\0", 1), "&amp;");
+}
+
+std::string FileNameOf(std::string_view path) {
+    const auto at = path.find_last_of("\\/");
+    return std::string(at == std::string_view::npos ? path : path.substr(at + 1));
+}
+
+std::string MakeCommentSafe(std::string_view text, bool nonEnglish) {
+    if (!nonEnglish) return std::string(text);
+    static constexpr char kHex[] = "0123456789ABCDEF";
+    auto hex = [](int value) {
+        std::string digits;
+        do {
+            digits.insert(digits.begin(), kHex[value % 16]);
+            value /= 16;
+        } while (value > 0);
+        return digits;
+    };
+    std::string result;
+    for (char ch : text) {
+        const int c = static_cast<unsigned char>(ch);
+        if (c == 63) result += '@';
+        else if ((c >= 39 && c <= 126) || c == 38) result += ch;
+        else if (c == 32 || c == 33 || c == 35 || c == 36) result += "%" + hex(c);
+        else if (c < 65) result += "%" + hex(130 - c);
+        else result += "%" + hex(c);
+    }
+    return result;
+}
+
+}  // namespace morvanta

@@ -1,0 +1,31 @@
+// Text helpers of the document writer. Texts are byte strings in the
+// session's own 8-bit code page; nothing here decodes them.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace morvanta {
+
+// Blanks (and only blanks) taken off both ends, as fixed-width fields are read.
+std::string TrimBlanks(std::string_view text);
+
+// Every "&" becomes "&amp;"; with blanksToo every blank first becomes "%20".
+// Nothing else is escaped.
+std::string EscapeText(std::string_view text, bool blanksToo = false);
+
+// Replaces `find` again and again from the start until it no longer occurs.
+// A replacement that contains `find` is applied in a single pass instead of
+// looping for ever.
+std::string ReplaceAll(std::string subject, std::string_view find, std::string_view replacement);
+
+// The part behind the last path separator ("\" or "/"); the whole path when
+// it has none.
+std::string FileNameOf(std::string_view path);
+
+// The source path as it may stand in a comment of an 8-bit document that is
+// later recoded: unchanged unless `nonEnglish`, else every character that
+// is not plain printable ASCII becomes "%" and a hexadecimal code.
+std::string MakeCommentSafe(std::string_view text, bool nonEnglish);
+
+}  // namespace morvanta

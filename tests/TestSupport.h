@@ -1,0 +1,81 @@
+// Helpers shared by the tests: converting built sessions, golden files,
+// temporary folders.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "reader/ImportSes.h"
+
+namespace morvanta::testing {
+
+inline const std::filesystem::path kSourceDir = MORVANTA_SOURCE_DIR;
+
+// Converts a built session as if it were "C:\Sessions\<name>.ses" written to
+// "<name>.sesx", so documents do not depend on where the tests run.
+inline ImportResult Convert(const std::vector<std::uint8_t>& bytes, const ConvertOptions& options = {},
+                            const std::string& name = "test") {
+    return ConvertSesBytes(bytes, options, "C:\\Sessions\\" + name + ".ses", name + ".sesx");
+}
+
+inline std::string ReadFile(const std::filesystem::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+inline void WriteFile(const std::filesystem::path& path, const std::string& content) {
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out << content;
+}
+
+inline void WriteFile(const std::filesystem::path& path, const std::vector<std::uint8_t>& content) {
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out.write(reinterpret_cast<const char*>(content.data()), static_cast<std::streamsize>(content.size()));
+}
+
+// Compares with tests/golden/<name>; MORVANTA_UPDATE_GOLDEN=1 rewrites the file.
+inline void ExpectGolden(const std::string& name, const std::string& actual) {
+    const auto path = kSourceDir / "tests" / "golden" / name;
+    if (const char* update = std::getenv("MORVANTA_UPDATE_GOLDEN"); update && std::string(update) == "1") {
+        WriteFile(path, actual);
+        return;
+    }
+    ASSERT_TRUE(std::filesystem::exists(path)) << "missing golden file " << path;
+    EXPECT_EQ(ReadFile(path), actual) << "differs from " << path << " (MORVANTA_UPDATE_GOLDEN=1 rewrites it)";
+}
+
+// A fresh folder for one test, removed afterwards.
+class TempDir {
+public:
+    TempDir() {
+        std::string pattern = (std::filesystem::temp_directory_path() / "morvanta-test-XXXXXX").string();
+        path_ = ::mkdtemp(pattern.data());
+    }
+    ~TempDir() {
+        std::error_code ec;
+        std::filesystem::remove_all(path_, ec);
+    }
+    const std::filesystem::path& Path() const { return path_; }
+    std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
+
+private:
+    std::filesystem::path path_;
+};
+
+// Lines of a document, for tests that look at a part of it.
+inline std::vector<std::string> Lines(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    return lines;
+}
+
+}  // namespace morvanta::testing

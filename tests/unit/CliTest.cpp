@@ -1,0 +1,108 @@
+// The command-line tool as a script sees it: exit codes and lines.
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+
+#include <cstdio>
+
+#include "SesBuilder.h"
+#include "TestSupport.h"
+
+namespace morvanta::testing {
+namespace {
+
+struct CliRun {
+    int Exit = -1;
+    std::string Out;
+};
+
+CliRun RunCli(const std::string& arguments) {
+    const std::string command = std::string(MORVANTA_CLI_PATH) + " " + arguments + " 2>&1 </dev/null";
+    CliRun run;
+    FILE* pipe = ::popen(command.c_str(), "r");
+    if (!pipe) return run;
+    char buffer[4096];
+    for (std::size_t n; (n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;) run.Out.append(buffer, n);
+    const int status = ::pclose(pipe);
+    run.Exit = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return run;
+}
+
+std::string Quote(const std::filesystem::path& path) { return "'" + path.string() + "'"; }
+
+TEST(Cli, ConvertsAFolderAndExitsZero) {
+    TempDir dir;
+    WriteFile(dir / "a.ses", SesBuilder().Version("Audition 3.0", 32).Build());
+    WriteFile(dir / "b.ses", SesBuilder().Version("Cool Edit 2000 1.0", 32).Build());
+    WriteFile(dir / "notes.txt", std::string("not listed"));
+    const CliRun run = RunCli("convert " + Quote(dir.Path()));
+    EXPECT_EQ(run.Exit, 0) << run.Out;
+    const std::string folder = dir.Path().string() + "/";
+    EXPECT_EQ(run.Out, "converted  " + folder + "a.ses -> " + folder + "a.sesx\n" + "converted  " + folder +
+                           "b.ses -> " + folder + "b.sesx\n" +
+                           "There were 2 of 2 files successfully converted.\n");
+    EXPECT_TRUE(std::filesystem::exists(dir / "a.sesx"));
+}
+
+TEST(Cli, ARefusedOrBrokenFileMakesTheExitCodeOne) {
+    TempDir dir;
+    WriteFile(dir / "a.ses", SesBuilder().Version("Audition 3.0").Build());
+    WriteFile(dir / "old.ses", SesBuilder().Version("Cool Edit Pro 1.0").Build());
+    const CliRun run = RunCli("convert " + Quote(dir / "a.ses") + " " + Quote(dir / "old.ses"));
+    EXPECT_EQ(run.Exit, 1) << run.Out;
+    EXPECT_NE(run.Out.find("refused    " + (dir / "old.ses").string() + ": Cool Edit Pro 1.0 is not currently supported\n"),
+              std::string::npos)
+        << run.Out;
+    EXPECT_NE(run.Out.find("There were 2 of 2 files successfully converted.\n"), std::string::npos);
+}
+
+TEST(Cli, ExistingDocumentsAreSkippedWithoutATerminalUnlessAllIsGiven) {
+    TempDir dir;
+    WriteFile(dir / "a.ses", SesBuilder().Version("Audition 3.0").Build());
+    WriteFile(dir / "a.sesx", std::string("old"));
+    CliRun run = RunCli("convert " + Quote(dir / "a.ses"));
+    EXPECT_EQ(run.Exit, 0) << run.Out;
+    EXPECT_EQ(ReadFile(dir / "a.sesx"), "old");
+    run = RunCli("convert --overwrite=all --json " + Quote(dir / "a.ses"));
+    EXPECT_EQ(run.Exit, 0) << run.Out;
+    EXPECT_NE(ReadFile(dir / "a.sesx"), "old");
+    EXPECT_TRUE(run.Out.starts_with("{\"checked\":1,\"converted\":1,\"cancelled\":false,")) << run.Out;
+}
+
+TEST(Cli, UsageErrorsExitTwo) {
+    EXPECT_EQ(RunCli("").Exit, 2);
+    EXPECT_EQ(RunCli("convert").Exit, 2);
+    EXPECT_EQ(RunCli("convert --bogus x.ses").Exit, 2);
+    EXPECT_EQ(RunCli("convert --overwrite=maybe x.ses").Exit, 2);
+    EXPECT_EQ(RunCli("convert --out /no/such/folder x.ses").Exit, 2);
+    EXPECT_EQ(RunCli("scan /no/such/folder").Exit, 2);
+    EXPECT_EQ(RunCli("convert --help").Exit, 0);
+}
+
+TEST(Cli, ScanListsSessionsWithTheirVersions) {
+    TempDir dir;
+    std::filesystem::create_directories(dir / "sub");
+    WriteFile(dir / "a.ses", SesBuilder().Version("Audition 3.0 [build 1]", 32).Build());
+    WriteFile(dir / "sub" / "b.ses", SesBuilder().Version("Cool Edit Pro 2.1D").Build());
+    WriteFile(dir / "sub" / "UPPER.SES", SesBuilder().Version("Audition 1.5").Build());
+    WriteFile(dir / "c.ses", std::string("not a session"));
+    const CliRun run = RunCli("scan --recursive --json " + Quote(dir.Path()));
+    EXPECT_EQ(run.Exit, 0) << run.Out;
+    EXPECT_NE(run.Out.find("\"file\":\"a.ses\",\"version\":\"Audition 3.0\""), std::string::npos) << run.Out;
+    EXPECT_NE(run.Out.find("\"file\":\"b.ses\",\"version\":\"Cool Edit Pro 2.1D\""), std::string::npos) << run.Out;
+    EXPECT_EQ(run.Out.find("UPPER"), std::string::npos);
+    EXPECT_NE(run.Out.find("\"totalFiles\":2,"), std::string::npos);
+}
+
+TEST(Cli, InfoListsTheChunks) {
+    TempDir dir;
+    WriteFile(dir / "a.ses", SesBuilder().Chunk("hdr ", Bytes().Zeros(40)).Version("Audition 2.0").Build());
+    const CliRun run = RunCli("info " + Quote(dir / "a.ses"));
+    EXPECT_EQ(run.Exit, 0) << run.Out;
+    EXPECT_NE(run.Out.find("Declared length: 80\n"), std::string::npos) << run.Out;
+    EXPECT_NE(run.Out.find("Version:         Audition 2.0 (accepted)\n"), std::string::npos) << run.Out;
+    EXPECT_NE(run.Out.find("  12        \"hdr \"  40\n  60        \"vers\"  12\n"), std::string::npos) << run.Out;
+}
+
+}  // namespace
+}  // namespace morvanta::testing

@@ -1,0 +1,167 @@
+// The container walk, the version gate and the failure of broken files.
+#include <gtest/gtest.h>
+
+#include "SesBuilder.h"
+#include "TestSupport.h"
+#include "model/VersionClasses.h"
+
+namespace morvanta::testing {
+namespace {
+
+ImportResult Read(const std::vector<std::uint8_t>& bytes, bool versionOnly = false) {
+    Session session;
+    return ReadSesBytes(bytes, session, {}, versionOnly);
+}
+
+TEST(Container, AFileOfTwelveBytesIsAnEmptySession) {
+    const auto bytes = SesBuilder().Build();
+    ASSERT_EQ(bytes.size(), 12u);
+    const ImportResult result = Convert(bytes);
+    EXPECT_EQ(result.Status, ImportStatus::Converted);
+    EXPECT_EQ(result.Result, 0);
+    EXPECT_FALSE(result.VersionRead);
+    EXPECT_NE(result.Document.find("<masterTrack "), std::string::npos);
+}
+
+TEST(Container, TheWalkEndsOneByteBeforeTheDeclaredLength) {
+    // A chunk at offset 12 with a DeclaredLength of 13: 12 + 1 < 13 fails, so
+    // the truncated chunk behind the header is never read.
+    const auto bytes = SesBuilder().ChunkWithLength("hdr ", 5000, Bytes()).DeclaredLength(13).Build();
+    EXPECT_EQ(Read(bytes).Status, ImportStatus::Converted);
+    // With 14 it is read, and its payload runs past the end: the walk stops
+    // at the next chunk, which lies outside the file.
+    const auto longer = SesBuilder().ChunkWithLength("abcd", 5000, Bytes()).DeclaredLength(14).Build();
+    const ImportResult result = Read(longer);
+    EXPECT_EQ(result.Status, ImportStatus::Converted) << "the walk ends: 5020 + 1 is not below 14";
+}
+
+TEST(Container, BytesBehindTheDeclaredLengthAreNeverRead) {
+    const auto bytes = SesBuilder()
+                           .Version("Audition 3.0")
+                           .Trailer(Bytes().Text("vers").Int32(17).Text("Cool Edit Pro 1.0"))
+                           .Build();
+    const ImportResult result = Read(bytes);
+    EXPECT_EQ(result.Status, ImportStatus::Converted);
+    EXPECT_EQ(result.Version, "Audition 3.0");
+}
+
+TEST(Container, NotACoolnessFileGivesMinusOne) {
+    auto bytes = SesBuilder().Version("Audition 3.0").Build();
+    bytes[0] = 'c';
+    const ImportResult result = Convert(bytes);
+    EXPECT_EQ(result.Result, -1);
+    EXPECT_EQ(result.Status, ImportStatus::NotSession);
+    EXPECT_TRUE(result.Document.empty());
+    EXPECT_EQ(Convert({'C', 'O', 'O', 'L'}).Result, -1);
+    EXPECT_EQ(Convert({}).Result, -1);
+}
+
+TEST(Container, RefusedVersionsCarryTheirMessage) {
+    for (const std::string version : {"Cool Edit Pro 2.01", "Cool Edit Pro 1.0", "Audition 4.0", "cool edit pro 2.1"}) {
+        const ImportResult result = Convert(SesBuilder().Version(version).Build());
+        EXPECT_EQ(result.Status, ImportStatus::Refused) << version;
+        EXPECT_EQ(result.Result, 0);
+        EXPECT_EQ(result.Message, version + " is not currently supported");
+        EXPECT_TRUE(result.Document.empty());
+    }
+}
+
+TEST(Container, ZeroBytesInTheVersionTextAreDropped) {
+    // Padding and embedded zeros: "Audi\0tion 3.0\0\0..." reads "Audition 3.0".
+    const auto bytes = SesBuilder().Chunk("vers", Bytes().Text("Audi").Byte(0).Text("tion 3.0").Zeros(19)).Build();
+    const ImportResult result = Convert(bytes);
+    EXPECT_EQ(result.Status, ImportStatus::Converted);
+    EXPECT_EQ(result.Version, "Audition 3.0");
+    EXPECT_NE(result.Document.find("(Audition 3.0) --> "), std::string::npos);
+}
+
+TEST(Container, VersionClassesArePrefixTests) {
+    EXPECT_TRUE(Pro12("Cool Edit Pro 1.2a"));
+    EXPECT_TRUE(Pro12a("Cool Edit Pro 1.2a"));
+    EXPECT_FALSE(Pro12a("Cool Edit Pro 1.2"));
+    EXPECT_TRUE(Pro20("Cool Edit Pro 2.00"));
+    EXPECT_FALSE(Pro200("Cool Edit Pro 2.0"));
+    EXPECT_TRUE(Pro21("Cool Edit Pro 2.1D"));
+    EXPECT_TRUE(Aud30("Audition 3.0 [build 7283]"));
+    EXPECT_FALSE(IsAcceptedVersion("Cool Edit Pro 2.0"));
+    EXPECT_TRUE(IsAcceptedVersion("Cool Edit Pro 2.00"));
+    EXPECT_TRUE(IsAcceptedVersion("Cool Edit 2000 1.0"));
+    EXPECT_FALSE(IsAcceptedVersion(""));
+}
+
+TEST(Container, ProbeStopsAtTheVersionChunk) {
+    const auto bytes = SesBuilder()
+                           .Version("Cool Edit Pro 2.01")  // refused, but a probe only reads it
+                           .ChunkWithLength("TRKS", 99999, Bytes())
+                           .Build();
+    const ImportResult probe = Read(bytes, true);
+    EXPECT_EQ(probe.Status, ImportStatus::Probed);
+    EXPECT_TRUE(probe.VersionRead);
+    EXPECT_EQ(probe.Version, "Cool Edit Pro 2.01");
+}
+
+TEST(Container, ProbeOfAFileOnDiskReadsOnlyTheHead) {
+    TempDir dir;
+    WriteFile(dir / "a.ses", SesBuilder()
+                                 .ChunkWithLength("junk", 8, Bytes().Zeros(8))
+                                 .Version("Audition 1.5", 32)
+                                 .ChunkWithLength("TRKS", 99999, Bytes())
+                                 .Build());
+    const ImportResult probe = ImportSesFile(dir / "a.ses", {}, true, {});
+    EXPECT_EQ(probe.Status, ImportStatus::Probed);
+    EXPECT_EQ(probe.Version, "Audition 1.5");
+    EXPECT_FALSE(std::filesystem::exists(dir / "a.sesx"));
+
+    WriteFile(dir / "none.ses", SesBuilder().Chunk("hdr ", Bytes().Zeros(40)).Build());
+    const ImportResult noVersion = ImportSesFile(dir / "none.ses", {}, true, {});
+    EXPECT_EQ(noVersion.Status, ImportStatus::Probed);
+    EXPECT_FALSE(noVersion.VersionRead);
+
+    WriteFile(dir / "text.ses", std::string("just some text, not a session"));
+    EXPECT_EQ(ImportSesFile(dir / "text.ses", {}, true, {}).Result, -1);
+}
+
+TEST(Container, ATruncatedChunkHeaderFailsWithItsOffset) {
+    // A header of 8 bytes cannot start at 20 in a file of 24 bytes.
+    auto bytes = SesBuilder().Version("Audition 3.0").Build();  // 12 + 8 + 12 = 32
+    bytes.resize(36, 0);
+    bytes[8] = 60;  // DeclaredLength 60
+    const ImportResult result = Read(bytes);
+    EXPECT_EQ(result.Status, ImportStatus::Failed);
+    EXPECT_EQ(result.ErrorOffset, 32);
+    EXPECT_EQ(result.Message,
+              "the chunk header of 8 bytes at offset 32 runs past the end of the file (36 bytes; the header declares 60)");
+}
+
+TEST(Container, AChunkRunningPastTheEndFailsWithItsTagAndOffset) {
+    const auto bytes = SesBuilder()
+                           .Version("Audition 3.0")
+                           .ChunkWithLength("TRKS", 4000, Bytes().Int32(3))
+                           .DeclaredLength(10000)
+                           .Build();
+    const ImportResult result = Read(bytes);
+    EXPECT_EQ(result.Status, ImportStatus::Failed);
+    EXPECT_EQ(result.ErrorOffset, 32);
+    EXPECT_EQ(result.ErrorChunk, "TRKS");
+    EXPECT_EQ(DescribeFailure("a.ses", result),
+              "a.ses: offset 32 (chunk \"TRKS\"): chunk \"TRKS\" at offset 32 ends at offset 4040, past the end of "
+              "the file (44 bytes)");
+}
+
+TEST(Container, ALengthThatDoesNotMoveForwardFails) {
+    const auto bytes = SesBuilder().Version("Audition 3.0").ChunkWithLength("junk", -8, Bytes()).Build();
+    const ImportResult result = Read(bytes);
+    EXPECT_EQ(result.Status, ImportStatus::Failed);
+    EXPECT_EQ(result.ErrorOffset, 32);
+    EXPECT_EQ(result.Message, "chunk \"junk\" at offset 32 has length -8, which does not move the walk forward");
+}
+
+TEST(Container, AHeaderWithoutItsLengthFails) {
+    const std::vector<std::uint8_t> bytes{'C', 'O', 'O', 'L', 'N', 'E', 'S', 'S', 1, 2};
+    const ImportResult result = Read(bytes);
+    EXPECT_EQ(result.Status, ImportStatus::Failed);
+    EXPECT_EQ(result.ErrorOffset, 8);
+}
+
+}  // namespace
+}  // namespace morvanta::testing

@@ -1,0 +1,172 @@
+// The run over rows: where documents go, the overwrite answers, counting.
+#include <gtest/gtest.h>
+
+#include "SesBuilder.h"
+#include "TestSupport.h"
+#include "run/ConversionRun.h"
+
+namespace morvanta::testing {
+namespace {
+
+std::vector<std::uint8_t> GoodSession() { return SesBuilder().Version("Audition 3.0", 32).Build(); }
+
+TEST(ConversionRun, OutputPaths) {
+    RunSettings beside;
+    EXPECT_EQ(TargetPathFor({"/s/", "a.b.ses", true}, beside), "/s/a.b.sesx");
+    EXPECT_EQ(TargetPathFor({"/s/", "take.SES", true}, beside), "/s/take.sesx");
+    RunSettings target{TargetOption::SpecificFolder, "/out", {}};
+    EXPECT_EQ(TargetPathFor({"/s/", "a.ses", true}, target), "/out/a.sesx");
+    // A file with a sub-folder in front lands in that sub-folder of the target.
+    EXPECT_EQ(TargetPathFor({"/s/", "sub/a.ses", true}, target), "/out/sub/a.sesx");
+    target.TargetFolder = "/out/";
+    EXPECT_EQ(TargetPathFor({"/s/", "x", true}, target), "/out/x.sesx");
+}
+
+TEST(ConversionRun, MessagesOfTheRun) {
+    EXPECT_EQ(SummaryText(2, 5), "There were 2 of 5 files successfully converted.");
+    RunSettings settings;
+    EXPECT_EQ(ConfirmationText(3, settings),
+              "3 file(s) will be converted to the same folder(s) as the source file(s).\r\n\r\n"
+              "Note: If there are existing converted versions of these files in the specified location(s), \r\n"
+              "you will be prompted to overwrite them.\r\n\r\nAre you sure you wish to proceed?");
+    settings = {TargetOption::SpecificFolder, "/out", {}};
+    EXPECT_TRUE(ConfirmationText(1, settings).starts_with("1 file(s) will be converted to /out.\r\n"));
+    // A path of 60 characters gets one line break, of 59 two.
+    const std::string sixty(60, 'p'), fiftyNine(59, 'p');
+    EXPECT_EQ(OverwriteMessage(sixty), "File '" + sixty + "' Already Exists.\r\nOverwrite Existing File?");
+    EXPECT_EQ(OverwriteMessage(fiftyNine), "File '" + fiftyNine + "' Already Exists.\r\n\r\nOverwrite Existing File?");
+}
+
+class RunFixture : public ::testing::Test {
+protected:
+    void SetUp() override {
+        for (const char* name : {"a.ses", "b.ses", "c.ses", "d.ses"}) WriteFile(dir / name, GoodSession());
+        for (const char* name : {"a.sesx", "b.sesx", "c.sesx", "d.sesx"}) WriteFile(dir / name, std::string("old"));
+        for (const char* name : {"a.ses", "b.ses", "c.ses", "d.ses"})
+            rows.push_back({dir.Path().string() + "/", name, true});
+    }
+    bool IsOld(const char* name) { return ReadFile(dir / name) == "old"; }
+
+    TempDir dir;
+    std::vector<RunRow> rows;
+};
+
+TEST_F(RunFixture, AnswerZeroOverwritesAndAsksAgain) {
+    int asked = 0;
+    RunCallbacks callbacks;
+    callbacks.AskOverwrite = [&](const std::string&, const std::string&) { return ++asked, kOverwrite; };
+    const RunSummary summary = RunConversion(rows, {}, callbacks);
+    EXPECT_EQ(asked, 4);
+    EXPECT_EQ(summary.ConvertedCount, 4);
+    EXPECT_FALSE(IsOld("d.sesx"));
+    EXPECT_EQ(GetNumberChecked(rows), 0);
+}
+
+TEST_F(RunFixture, AnswerOneOverwritesTheRestWithoutAsking) {
+    int asked = 0;
+    RunCallbacks callbacks;
+    callbacks.AskOverwrite = [&](const std::string&, const std::string&) { return ++asked, kOverwriteAll; };
+    EXPECT_EQ(RunConversion(rows, {}, callbacks).ConvertedCount, 4);
+    EXPECT_EQ(asked, 1);
+    // The next run asks again.
+    for (auto& row : rows) row.Checked = true;
+    RunConversion(rows, {}, callbacks);
+    EXPECT_EQ(asked, 2);
+}
+
+TEST_F(RunFixture, AnswerTwoKeepsTheFileAndTheTick) {
+    RunCallbacks callbacks;
+    callbacks.AskOverwrite = [&](const std::string&, const std::string& target) {
+        return target.ends_with("b.sesx") ? kSkipFile : kOverwrite;
+    };
+    const RunSummary summary = RunConversion(rows, {}, callbacks);
+    EXPECT_EQ(summary.CheckedCount, 4);
+    EXPECT_EQ(summary.ConvertedCount, 3);
+    EXPECT_TRUE(IsOld("b.sesx"));
+    EXPECT_TRUE(rows[1].Checked);
+    EXPECT_FALSE(rows[2].Checked);
+    EXPECT_EQ(SummaryText(summary.ConvertedCount, summary.CheckedCount),
+              "There were 3 of 4 files successfully converted.");
+}
+
+TEST_F(RunFixture, AnswerThreeLeavesTheRunAtOnce) {
+    RunCallbacks callbacks;
+    callbacks.AskOverwrite = [&](const std::string&, const std::string& target) {
+        return target.ends_with("c.sesx") ? kCancelRun : kOverwrite;
+    };
+    const RunSummary summary = RunConversion(rows, {}, callbacks);
+    EXPECT_TRUE(summary.Cancelled);
+    EXPECT_EQ(summary.ConvertedCount, 2);
+    EXPECT_TRUE(IsOld("c.sesx"));
+    EXPECT_TRUE(IsOld("d.sesx"));
+    EXPECT_TRUE(rows[2].Checked);
+    EXPECT_TRUE(rows[3].Checked);
+}
+
+TEST_F(RunFixture, WithoutAnAnswerAnExistingDocumentIsKept) {
+    const RunSummary summary = RunConversion(rows, {});
+    EXPECT_EQ(summary.ConvertedCount, 0);
+    ASSERT_EQ(summary.Outcomes.size(), 4u);
+    EXPECT_EQ(summary.Outcomes[0].Status, FileStatus::Skipped);
+    EXPECT_TRUE(IsOld("a.sesx"));
+}
+
+TEST(ConversionRun, RefusedAndBrokenFilesAreCountedAndFailAlone) {
+    TempDir dir;
+    WriteFile(dir / "good.ses", GoodSession());
+    WriteFile(dir / "old.ses", SesBuilder().Version("Cool Edit Pro 2.01").Build());
+    WriteFile(dir / "cut.ses",
+              SesBuilder().Version("Audition 3.0").ChunkWithLength("TRKS", 500, Bytes()).DeclaredLength(900).Build());
+    WriteFile(dir / "text.ses", std::string("hello"));
+    WriteFile(dir / "cut.sesx", std::string("old"));
+    const std::string folder = dir.Path().string() + "/";
+    std::vector<RunRow> rows{{folder, "good.ses", true},
+                             {folder, "old.ses", true},
+                             {folder, "cut.ses", true},
+                             {folder, "text.ses", true},
+                             {folder, "missing.ses", true},
+                             {folder, "unticked.ses", false}};
+    RunCallbacks callbacks;
+    callbacks.AskOverwrite = [](const std::string&, const std::string&) { return kOverwrite; };
+    std::vector<RunProgress> progress;
+    callbacks.Progress = [&](const RunProgress& p) { progress.push_back(p); };
+    const RunSummary summary = RunConversion(rows, {}, callbacks);
+
+    EXPECT_EQ(summary.CheckedCount, 5);
+    EXPECT_EQ(summary.ConvertedCount, 5);
+    ASSERT_EQ(summary.Outcomes.size(), 5u);
+    EXPECT_EQ(summary.Outcomes[0].Status, FileStatus::Converted);
+    EXPECT_EQ(summary.Outcomes[1].Status, FileStatus::Refused);
+    EXPECT_EQ(summary.Outcomes[1].Message, "Cool Edit Pro 2.01 is not currently supported");
+    EXPECT_EQ(summary.Outcomes[2].Status, FileStatus::Failed);
+    EXPECT_EQ(summary.Outcomes[2].Message,
+              folder + "cut.ses: offset 32 (chunk \"TRKS\"): chunk \"TRKS\" at offset 32 ends at offset 540, past "
+                       "the end of the file (40 bytes)");
+    EXPECT_EQ(summary.Outcomes[3].Status, FileStatus::NotSession);
+    EXPECT_EQ(summary.Outcomes[4].Status, FileStatus::Failed);
+    ASSERT_EQ(progress.size(), 5u);
+    EXPECT_EQ(progress[4].Value, 5);
+    EXPECT_EQ(progress[4].Maximum, 5);
+
+    EXPECT_TRUE(std::filesystem::exists(dir / "good.sesx"));
+    EXPECT_FALSE(std::filesystem::exists(dir / "old.sesx"));
+    EXPECT_EQ(ReadFile(dir / "cut.sesx"), "old");  // a failed file never touches an existing document
+    for (const auto& entry : std::filesystem::directory_iterator(dir.Path()))
+        EXPECT_FALSE(entry.path().filename().string().starts_with(".")) << "left behind: " << entry.path();
+}
+
+TEST(ConversionRun, AnUnwritableTargetFailsWithThePath) {
+    TempDir dir;
+    WriteFile(dir / "a.ses", GoodSession());
+    std::vector<RunRow> rows{{dir.Path().string() + "/", "a.ses", true}};
+    const RunSettings settings{TargetOption::SpecificFolder, (dir / "no-such-folder").string(), {}};
+    const RunSummary summary = RunConversion(rows, settings);
+    ASSERT_EQ(summary.Outcomes.size(), 1u);
+    EXPECT_EQ(summary.Outcomes[0].Status, FileStatus::Failed);
+    EXPECT_NE(summary.Outcomes[0].Message.find("Error Writing to File '" + (dir / "no-such-folder/a.sesx").string()),
+              std::string::npos);
+    EXPECT_EQ(summary.ConvertedCount, 1);
+}
+
+}  // namespace
+}  // namespace morvanta::testing

@@ -1,0 +1,56 @@
+// The document frame of a session without tracks, clips or media.
+#include <gtest/gtest.h>
+
+#include "ExampleSessions.h"
+#include "SesBuilder.h"
+#include "TestSupport.h"
+
+namespace morvanta::testing {
+namespace {
+
+TEST(DocumentFrame, AnEmptySessionHasTheWholeFrame) {
+    const ImportResult result = Convert(SesBuilder().Version("Audition 3.0", 32).Build(), {}, "empty-session");
+    ASSERT_EQ(result.Status, ImportStatus::Converted) << result.Message;
+    ExpectGolden("empty-session.sesx", result.Document);
+}
+
+TEST(DocumentFrame, TheNameIsTheEscapedDocumentFileName) {
+    const ImportResult result =
+        ConvertSesBytes(SesBuilder().Version("Audition 2.0").Build(), {}, "/x/a&b.ses", "/out/a&b.sesx");
+    EXPECT_NE(result.Document.find("\n<name>a&amp;b.sesx</name>\n"), std::string::npos);
+}
+
+TEST(DocumentFrame, TheClosingCommentsFollowTheRootElement) {
+    const ImportResult result =
+        ConvertSesBytes(SesBuilder().Version("Cool Edit Pro 2.1D").Build(), {}, "  /x/<a>.ses ", "a.sesx");
+    const auto lines = Lines(result.Document);
+    ASSERT_GE(lines.size(), 3u);
+    EXPECT_EQ(lines[lines.size() - 3], "</sesx>");
+    EXPECT_EQ(lines[lines.size() - 2], "<!-- Converted /x/<a>.ses (Cool Edit Pro 2.1D) --> ");
+    EXPECT_EQ(lines[lines.size() - 1], "<!-- Converted by Morvanta - Version 1.5.00 --> ");
+    EXPECT_EQ(result.Document.back(), '\n');
+    EXPECT_EQ(result.Document.find('\r'), std::string::npos);
+}
+
+TEST(DocumentFrame, TheCommentPathIsMadeSafeForRecoding) {
+    ConvertOptions options;
+    options.NonEnglish = true;
+    const ImportResult result =
+        ConvertSesBytes(SesBuilder().Version("Audition 1.0").Build(), options, "C:\\M\xFCsik\\a b.ses", "a.sesx");
+    EXPECT_NE(result.Document.find("<!-- Converted C:\\M%FCsik\\a%20b.ses (Audition 1.0) --> \n"),
+              std::string::npos);
+}
+
+TEST(DocumentFrame, CommittedExamplesAreWhatTheBuilderMakes) {
+    for (const NamedFile& example : ExampleSessions()) {
+        const auto path = kSourceDir / "examples" / example.Name;
+        ASSERT_TRUE(std::filesystem::exists(path)) << path << " is missing: run `make examples`";
+        const std::string committed = ReadFile(path);
+        EXPECT_EQ(std::vector<std::uint8_t>(committed.begin(), committed.end()), example.Bytes)
+            << path << " is out of date: run `make examples`";
+        EXPECT_EQ(Convert(example.Bytes).Status, ImportStatus::Converted) << example.Name;
+    }
+}
+
+}  // namespace
+}  // namespace morvanta::testing
