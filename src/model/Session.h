@@ -291,6 +291,7 @@ struct Session {
     std::int32_t MetronomeEnabled{};
     std::string MetronomePattern;
     std::string SourcePath;
+    bool VideoSeen = false;  // the wave list named a video file ("VDEO")
 
     // Derived just before the writer runs.
     std::string BeatsPerBarText;

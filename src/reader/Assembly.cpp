@@ -15,10 +15,14 @@ void BuildTempoTexts(Session& session) {
     session.NoteLengthText = text(session.NoteLength, "4");
 }
 
-void AssembleSession(Session& session, const ConvertOptions&, std::vector<Diagnostic>&) {
-    // Order: cue markers, session files, tracks, clips and fades, clip
-    // points, video repair, clip sort, tempo texts. The steps before the
-    // tempo texts join this sequence with the readers they depend on.
+void AssembleSession(Session& session, const ConvertOptions& options, std::vector<Diagnostic>& warnings) {
+    BuildCueMarkers(session);
+    BuildSessionFiles(session, options);
+    AssembleTracks(session);
+    BuildClips(session, warnings);
+    BuildClipPoints(session);
+    RepairVideoClips(session);
+    SortClips(session);
     BuildTempoTexts(session);
 }
 

@@ -39,6 +39,12 @@ void WriteClipGroups(DocumentWriter& w);
 void WriteMetronome(DocumentWriter& w);
 void WriteFiles(DocumentWriter& w);
 
+// Pieces of a track: its effects rack (written only when the track owns
+// rack slots), and its clips.
+void WriteEffectsRack(DocumentWriter& w, const Track& track);
+void WriteAudioClips(DocumentWriter& w, const Track& track);
+void WriteVideoClips(DocumentWriter& w, const Track& track);
+
 // Pieces the track writer shares with other sections.
 void WriteTrackEq(DocumentWriter& w, const TrackEq* eq);
 std::string BuildMetronomePattern(const std::string& pattern);
