@@ -1,21 +1,196 @@
-// Readers of this chunk family. Until a reader is built, its chunk is
-// stepped over by its payload length, so nothing behind it is misread.
+// Readers of the small session-level chunks: header, selection, tempo,
+// groups, cues, stretch records and metronome (docs/format/session.md).
+#include "model/VersionClasses.h"
 #include "reader/ChunkReaders.h"
+#include "reader/ReadError.h"
+#include "writer/NumberText.h"
 
 namespace morvanta {
+namespace {
 
-std::int64_t ReadHeaderChunk(ReadContext& ctx, const ChunkHeader& chunk) { return SkipChunk(ctx, chunk); }
+// Fixed places of the file, not of the chunk, read while "hdr " is handled.
+constexpr std::int64_t kTimeFormatOffset = 320;
+constexpr std::int64_t kEnvelopeScaleOffset = 372;
+constexpr std::int32_t kTimeFormatNeedsMoreThan = 324;
+constexpr std::int32_t kEnvelopeScaleNeedsMoreThan = 372;
 
-std::int64_t ReadStatChunk(ReadContext& ctx, const ChunkHeader& chunk) { return SkipChunk(ctx, chunk); }
+constexpr std::int64_t kHeaderBytes = 36;
+constexpr std::int64_t kStatBytes = 48;
+constexpr std::int64_t kTempoBytes = 36;
+constexpr std::int64_t kGroupRecordBytes = 16;
+constexpr std::int64_t kLoopRecordBytes = 176;
+// Start, Length and two 16-bit values; the texts may be empty.
+constexpr std::int64_t kSmallestCueBytes = 12;
 
-std::int64_t ReadTempoChunk(ReadContext& ctx, const ChunkHeader& chunk) { return SkipChunk(ctx, chunk); }
+// A Pro12 cue has no CueType and stands as if it held "rgn ".
+constexpr std::int32_t kRegionCueType = 'r' | ('g' << 8) | ('n' << 16) | (' ' << 24);
 
-std::int64_t ReadGroupChunk(ReadContext& ctx, const ChunkHeader& chunk) { return SkipChunk(ctx, chunk); }
+// The low 16 bits, as a value held in a 16-bit field.
+std::int32_t Low16(std::int32_t value) { return static_cast<std::int16_t>(value & 0xFFFF); }
 
-std::int64_t ReadCueChunk(ReadContext& ctx, const ChunkHeader& chunk) { return SkipChunk(ctx, chunk); }
+// A count read from the file must fit its records into the bytes left behind
+// `position`, before anything is allocated or looped over.
+void RequireRecords(const ByteReader& file, std::int64_t countAt, std::int64_t position, std::int64_t count,
+                    std::int64_t recordBytes, const char* what) {
+    if (count <= 0) return;
+    const std::int64_t left = file.Size() - position;
+    if (left >= 0 && count <= left / recordBytes) return;
+    throw ReadError(countAt, "the " + std::string(what) + " count " + std::to_string(count) + " at offset " +
+                                 std::to_string(countAt) + " needs at least " +
+                                 std::to_string(count * recordBytes) + " bytes, but the file has " +
+                                 std::to_string(left < 0 ? 0 : left) + " left");
+}
 
-std::int64_t ReadLoopChunk(ReadContext& ctx, const ChunkHeader& chunk) { return SkipChunk(ctx, chunk); }
+void RequireLength(std::int32_t length, std::int64_t at, const char* what) {
+    if (length >= 0) return;
+    throw ReadError(at, "the " + std::string(what) + " length at offset " + std::to_string(at) + " is negative (" +
+                            std::to_string(length) + ")");
+}
 
-std::int64_t ReadMetronomeChunk(ReadContext& ctx, const ChunkHeader& chunk) { return SkipChunk(ctx, chunk); }
+}  // namespace
+
+std::int64_t ReadHeaderChunk(ReadContext& ctx, const ChunkHeader& chunk) {
+    // The probe wants only the version text.
+    if (ctx.VersionOnly) return chunk.End();
+    const ByteReader& file = ctx.file;
+    Session& s = ctx.session;
+    const std::int64_t p = chunk.PayloadPosition;
+    // The first 36 bytes are read whatever the chunk's own length says.
+    file.Require(p, kHeaderBytes, "the session header");
+    s.SampleRate = file.Int32(p);
+    s.MasterVolume = file.Double(p + 16);
+    s.SmpteStart = file.Int32(p + 32);
+    if (ctx.DeclaredLength > kTimeFormatNeedsMoreThan) s.TimeFormat = file.Int16(kTimeFormatOffset);
+    // Only an exact 2.0 doubles the clip envelope values; anything else, or
+    // nothing read at all, leaves them as they are.
+    double scale = 1.0;
+    if (ctx.DeclaredLength > kEnvelopeScaleNeedsMoreThan) scale = file.Double(kEnvelopeScaleOffset);
+    s.EnvelopeGainScale = scale == 2.0 ? 2.0 : 1.0;
+    return chunk.End();
+}
+
+std::int64_t ReadStatChunk(ReadContext& ctx, const ChunkHeader& chunk) {
+    const std::int64_t p = chunk.PayloadPosition;
+    ctx.file.Require(p, kStatBytes, "the selection record");
+    ctx.session.SelectionStart = ctx.file.Int32(p + 32);
+    ctx.session.SelectionEnd = ctx.file.Int32(p + 36);
+    return chunk.End();
+}
+
+std::int64_t ReadTempoChunk(ReadContext& ctx, const ChunkHeader& chunk) {
+    const auto& version = ctx.session.SesVersion;
+    if (Aud10(version)) return chunk.End();
+    const ByteReader& file = ctx.file;
+    Session& s = ctx.session;
+    const std::int64_t p = chunk.PayloadPosition;
+    file.Require(p, kTempoBytes, "the tempo record");
+    s.Tempo = file.Double(p);
+    s.BeatsPerBar = file.Int32(p + 8);
+    // Subdivisions and NoteLength are 16-bit values of the session; a larger
+    // value keeps its low 16 bits.
+    s.Subdivisions = Low16(file.Int32(p + 12));
+    if (!Pro200(version)) s.NoteLength = Low16(file.Int32(p + 32));
+    return chunk.End();
+}
+
+std::int64_t ReadGroupChunk(ReadContext& ctx, const ChunkHeader& chunk) {
+    if (chunk.PayloadLength <= 0) return chunk.End();
+    const ByteReader& file = ctx.file;
+    const std::int64_t p = chunk.PayloadPosition;
+    const std::int32_t count = file.Int32(p);
+    RequireRecords(file, p, p + 4, count, kGroupRecordBytes, "group");
+    const bool ce2000 = Ce2000(ctx.session.SesVersion);
+    for (std::int32_t i = 0; i < count; ++i) {
+        const std::int64_t record = p + 4 + i * kGroupRecordBytes;
+        ClipGroup group;
+        group.GroupId = file.Int32(record);
+        const std::int32_t colour = file.Int32(record + 4);
+        if (ce2000) {
+            // Cool Edit 2000 keeps a colour number; 112 / (value + 1) puts it
+            // on the hue scale of 0 to 240.
+            const double divisor = static_cast<double>(colour) + 1.0;
+            if (divisor == 0)
+                throw ReadError(record + 4, "the group colour -1 at offset " + std::to_string(record + 4) +
+                                                " gives no hue (112 / 0)");
+            group.Hue = RoundHalfEven(112.0 / divisor);
+        } else {
+            group.Hue = colour;
+        }
+        ctx.session.ClipGroups.push_back(group);
+    }
+    return chunk.End();
+}
+
+std::int64_t ReadCueChunk(ReadContext& ctx, const ChunkHeader& chunk) {
+    const ByteReader& file = ctx.file;
+    const std::int64_t p = chunk.PayloadPosition;
+    // The count is a 16-bit number of the session.
+    const std::int32_t count = Low16(file.Int32(p));
+    if (chunk.PayloadLength <= 0) return chunk.End();
+    RequireRecords(file, p, p + 4, count, kSmallestCueBytes, "cue");
+    const bool pro12 = Pro12(ctx.session.SesVersion);
+    std::int64_t at = p + 4;
+    for (std::int32_t i = 0; i < count; ++i) {
+        SesCue cue;
+        cue.Start = file.Int32(at);
+        cue.Length = file.Int32(at + 4);
+        at += 12;
+        // Each text runs to its zero byte, or to the end of the file.
+        const std::string name = file.TextToZero(at);
+        at += static_cast<std::int64_t>(name.size()) + 1;
+        if (pro12) {
+            cue.CueType = kRegionCueType;
+        } else {
+            cue.CueType = file.Int32(at);
+            at += 4;
+        }
+        const std::string comment = file.TextToZero(at);
+        at += static_cast<std::int64_t>(comment.size()) + 1;
+        cue.Name = FixedText(name);
+        cue.Comment = FixedText(comment);
+        ctx.session.SesCues.push_back(std::move(cue));
+    }
+    return chunk.End();
+}
+
+std::int64_t ReadLoopChunk(ReadContext& ctx, const ChunkHeader& chunk) {
+    const auto& version = ctx.session.SesVersion;
+    if (!(Aud15(version) || Aud20(version) || Aud30(version))) return chunk.End();
+    if (chunk.PayloadLength <= 0) return chunk.End();
+    const ByteReader& file = ctx.file;
+    const std::int64_t p = chunk.PayloadPosition;
+    const std::int32_t count = file.Int32(p);
+    RequireRecords(file, p, p + 4, count, kLoopRecordBytes, "stretch record");
+    for (std::int32_t i = 0; i < count; ++i) {
+        const std::int64_t record = p + 4 + i * kLoopRecordBytes;
+        file.Require(record, kLoopRecordBytes, "a stretch record");
+        ctx.session.ClipStretches.push_back({file.Int32(record), file.Int32(record + 40)});
+    }
+    return chunk.End();
+}
+
+std::int64_t ReadMetronomeChunk(ReadContext& ctx, const ChunkHeader& chunk) {
+    const auto& version = ctx.session.SesVersion;
+    if (Pro200(version) || Aud10(version)) return chunk.End();
+    const ByteReader& file = ctx.file;
+    Session& s = ctx.session;
+    const std::int64_t p = chunk.PayloadPosition;
+    s.MetronomeSoundSet = file.Int32(p + 40);
+    s.MetronomeEnabled = file.Int32(p + 44);
+    const std::int32_t unusedLength = file.Int32(p + 48);
+    RequireLength(unusedLength, p + 48, "metronome text");
+    file.Require(p + 52, unusedLength, "the first metronome text");
+    const std::int64_t patternAt = p + 52 + unusedLength;
+    const std::int32_t patternLength = file.Int32(patternAt);
+    RequireLength(patternLength, patternAt, "metronome pattern");
+    const auto pattern = file.Bytes(patternAt + 4, patternLength);
+    std::string text;
+    for (std::uint8_t b : pattern) {
+        if (b == 0) break;
+        text.push_back(static_cast<char>(b));
+    }
+    s.MetronomePattern = std::move(text);
+    return chunk.End();
+}
 
 }  // namespace morvanta

@@ -1,11 +1,165 @@
-// Readers of this chunk family. Until a reader is built, its chunk is
-// stepped over by its payload length, so nothing behind it is misread.
+// Readers of the media lists: "LIST" with 8-bit names and "WLST" with 16-bit
+// names (docs/format/media.md).
+#include <iconv.h>
+
+#include <array>
+#include <cstdint>
+
+#include "model/VersionClasses.h"
 #include "reader/ChunkReaders.h"
+#include "reader/ReadError.h"
 
 namespace morvanta {
+namespace {
 
-std::int64_t ReadWaveList(ReadContext& ctx, const ChunkHeader& chunk) { return SkipChunk(ctx, chunk); }
+// Where the walk goes on behind a "LIST" chunk without a list.
+constexpr std::int64_t kEmptyListStepShort = 16;
+constexpr std::int64_t kEmptyListStepLong = 28;
+// Tag, EntrySize, WaveId and four skipped bytes stand ahead of a name.
+constexpr std::int64_t kEntryHeadBytes = 16;
+// Behind the name's zero byte of the later versions: four bytes, then
+// LengthSamples (Audition 1.5 on).
+constexpr std::int64_t kEntryTailBytes = 8;
+constexpr std::int64_t kLengthBehindName = 4;
 
-std::int64_t ReadWideWaveList(ReadContext& ctx, const ChunkHeader& chunk) { return SkipChunk(ctx, chunk); }
+// A "WLST" entry: kind, EntrySize, WaveId, twelve skipped bytes, the name.
+constexpr std::int64_t kWideNameOffset = 24;
+constexpr std::int64_t kWideCountedFrom = 8;
+
+// Versions whose entries follow each other directly behind the name.
+bool PackedEntries(const std::string& v) { return Ce2000(v) || Pro12(v); }
+
+// 16-bit name characters become the 8-bit text that the rest of the
+// conversion works with: the bytes of the charset the document is later
+// recoded from, so that the recoding gives the characters back. Without a
+// charset it knows, a unit below 256 stands for itself and any other is "?".
+// Plain ASCII always stays as it is, so path separators survive.
+class WideNameEncoder {
+public:
+    explicit WideNameEncoder(const std::string& charset) {
+        if (charset.empty()) return;
+        // The one name of the language list that iconv calls otherwise.
+        const std::string name = charset == "X-EUC" ? "EUC-JP" : charset;
+        cd_ = iconv_open(name.c_str(), "UTF-16LE");
+    }
+    ~WideNameEncoder() {
+        if (Usable()) iconv_close(cd_);
+    }
+    WideNameEncoder(const WideNameEncoder&) = delete;
+    WideNameEncoder& operator=(const WideNameEncoder&) = delete;
+
+    void Append(std::uint16_t unit, std::string& text) {
+        if (unit < 128) {
+            text.push_back(static_cast<char>(unit));
+            return;
+        }
+        if (!Usable()) {
+            text.push_back(unit < 256 ? static_cast<char>(unit) : '?');
+            return;
+        }
+        std::array<char, 2> in{static_cast<char>(unit & 0xFF), static_cast<char>(unit >> 8)};
+        std::array<char, 8> out{};
+        char* inPtr = in.data();
+        char* outPtr = out.data();
+        std::size_t inLeft = in.size();
+        std::size_t outLeft = out.size();
+        if (iconv(cd_, &inPtr, &inLeft, &outPtr, &outLeft) == static_cast<std::size_t>(-1)) {
+            iconv(cd_, nullptr, nullptr, nullptr, nullptr);
+            text.push_back('?');
+            return;
+        }
+        text.append(out.data(), static_cast<std::size_t>(outPtr - out.data()));
+    }
+
+private:
+    static iconv_t None() { return reinterpret_cast<iconv_t>(static_cast<std::intptr_t>(-1)); }
+    bool Usable() const { return cd_ != None(); }
+    iconv_t cd_ = None();
+};
+
+}  // namespace
+
+std::int64_t ReadWaveList(ReadContext& ctx, const ChunkHeader& chunk) {
+    const ByteReader& file = ctx.file;
+    const std::string& v = ctx.session.SesVersion;
+    const std::int64_t p = chunk.PayloadPosition;
+    if (chunk.PayloadLength <= 0) {
+        const bool shortStep = Pro200(v) || Pro12(v) || Pro21(v) || Aud10(v);
+        return p + (shortStep ? kEmptyListStepShort : kEmptyListStepLong);
+    }
+    // This length, not the chunk's, decides where the next chunk starts.
+    const std::int32_t listLength = file.Int32(p);
+    std::int64_t cursor = p + 4;
+    const std::int64_t next = p + 4 + static_cast<std::int64_t>(listLength);
+    // With the language option the later versions take their names from "WLST".
+    if (ctx.options.NonEnglish && !(Ce2000(v) || Pro20(v) || Pro21(v) || Pro12(v) || Aud10(v))) return next;
+    if (listLength == 0) return cursor;
+
+    const bool packed = PackedEntries(v);
+    const bool withLength = Aud15(v) || Aud20(v) || Aud30(v);
+    // The name's buffer: EntrySize - 16 bytes, and 8 bytes more in the
+    // versions without the tail behind the name.
+    const std::int64_t bufferShortfall = packed ? 8 : 16;
+    std::int64_t consumed = 0;
+    for (;;) {
+        const std::string tag = file.Tag(cursor);
+        if (tag == "LIST" && file.Tag(cursor + 4) == "FILE") break;
+        const std::int32_t entrySize = file.Int32(cursor + 4);
+        SesWave wave;
+        wave.Tag = tag;
+        wave.WaveId = file.Int32(cursor + 8);
+        const std::int64_t bufferLength = static_cast<std::int64_t>(entrySize) - bufferShortfall;
+        if (bufferLength < 0)
+            throw ReadError(cursor + 4, "the wave list entry at offset " + std::to_string(cursor) +
+                                            " declares a size of " + std::to_string(entrySize) +
+                                            ", too small for its name");
+        // The name is every non-zero byte of its buffer; the walk goes on by
+        // the length of the name found, not by the entry's size.
+        const std::string name = file.NonZeroBytes(cursor + kEntryHeadBytes, bufferLength);
+        const std::int64_t end = cursor + kEntryHeadBytes + static_cast<std::int64_t>(name.size()) + 1;
+        wave.Name = FixedText(name);
+        if (packed) {
+            consumed += static_cast<std::int64_t>(name.size()) + 17;
+        } else {
+            if (withLength) wave.LengthSamples = file.Int32(end + kLengthBehindName);
+            consumed += static_cast<std::int64_t>(name.size()) + 25;
+        }
+        ctx.session.SesWaves.push_back(std::move(wave));
+        if (consumed >= listLength) break;
+        cursor = packed ? end : end + kEntryTailBytes;
+    }
+    return next;
+}
+
+std::int64_t ReadWideWaveList(ReadContext& ctx, const ChunkHeader& chunk) {
+    const ByteReader& file = ctx.file;
+    const std::int64_t p = chunk.PayloadPosition;
+    if (chunk.PayloadLength <= 0) return p + kEmptyListStepLong;
+    WideNameEncoder encoder(ctx.options.Charset);
+    const std::int64_t end = chunk.End();
+    std::int64_t entry = p;
+    for (;;) {
+        const std::string kind = file.Tag(entry);
+        const std::int32_t entrySize = file.Int32(entry + 4);
+        if (entrySize < kWideNameOffset - kWideCountedFrom)
+            throw ReadError(entry + 4, "the 16-bit wave list entry at offset " + std::to_string(entry) +
+                                           " declares a size of " + std::to_string(entrySize) +
+                                           ", too small for its name");
+        SesWave wave;
+        wave.Tag = kind == "wav " ? kind : "    ";
+        wave.WaveId = file.Int32(entry + 8);
+        // The terminating zero unit is inside the count; it stays for now.
+        const std::int64_t units = (static_cast<std::int64_t>(entrySize) - 16) / 2;
+        const auto bytes = file.Bytes(entry + kWideNameOffset, units * 2);
+        std::string name;
+        for (std::size_t i = 0; i + 1 < bytes.size(); i += 2)
+            encoder.Append(static_cast<std::uint16_t>(bytes[i] | (bytes[i + 1] << 8)), name);
+        wave.Name = FixedText(name);
+        ctx.session.SesWaves.push_back(std::move(wave));
+        entry += kWideCountedFrom + entrySize;
+        if (entry >= end) break;
+    }
+    return end;
+}
 
 }  // namespace morvanta

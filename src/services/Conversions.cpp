@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
 
 namespace morvanta {
@@ -19,12 +20,13 @@ constexpr double kEqGainRangeDb = 30.0;
 
 double ConvertGain(double gain) {
     if (!(gain > 0)) return kSilenceDb;
-    return std::max(20.0 * std::log10(gain), kSilenceDb);
+    return 20.0 * std::log10(gain);
 }
 
 double ConvertGainBack(double db) {
     if (!(db > kSilenceDb)) return 0.0;
-    return std::pow(10.0, db / 20.0);
+    // Beyond about +6165 dB no double is left; the largest one stands for it.
+    return std::min(std::pow(10.0, db / 20.0), std::numeric_limits<double>::max());
 }
 
 double GetNormalizedValue(double db) {
@@ -41,19 +43,23 @@ double AA4_db_to_x(double db) {
 
 int LeftRightToPanVolA_Old(double left, double right, double& pan, double& vol) {
     const double v = std::max(left, right);
-    if (!(v > 0)) {
+    if (v == 0 || std::isnan(v)) {
         pan = 0;
     } else if (left >= right) {
         pan = -100.0 * (1.0 - right / left);
     } else {
         pan = 100.0 * (1.0 - left / right);
     }
+    // Gains of both signs could push the ratio out of the percent scale,
+    // even to infinity; real gains are never negative and stay inside it.
+    pan = std::clamp(pan, -100.0, 100.0);
     vol = ConvertGain(v);
     return 0;
 }
 
 int LeftRightToPanVolC(double left, double right, double& pan, double& vol) {
-    const double v = std::sqrt((left * left + right * right) / 2.0);
+    // sqrt((L^2 + R^2) / 2), without the squares overflowing.
+    const double v = std::hypot(left, right) / std::numbers::sqrt2;
     pan = (left == 0 && right == 0) ? 0.0
                                     : 100.0 * (4.0 * std::atan2(right, left) / std::numbers::pi - 1.0);
     if (!std::isfinite(pan)) pan = 0;
@@ -61,7 +67,7 @@ int LeftRightToPanVolC(double left, double right, double& pan, double& vol) {
     return 0;
 }
 
-double lr_to_vol(double left, double right) { return ConvertGain((left + right) / 2.0); }
+double lr_to_vol(double left, double right) { return ConvertGain(left / 2.0 + right / 2.0); }
 
 std::string kelb16_to_base64(std::string_view source) {
     // Base-16 to bytes; characters outside the alphabet are skipped, an odd
@@ -95,6 +101,15 @@ std::string kelb16_to_base64(std::string_view source) {
         text += i + 2 < bytes.size() ? kAlphabet[triple & 63] : '=';
     }
     return text;
+}
+
+int kelb16_to_base64(std::string_view source, std::string& target) {
+    // The caller's buffer keeps its length: the text and its closing zero go
+    // in from the front, as far as they fit; what stands behind stays.
+    std::string text = kelb16_to_base64(source);
+    text.push_back('\0');
+    std::copy_n(text.begin(), std::min(text.size(), target.size()), target.begin());
+    return 0;
 }
 
 double NormalizeToRange(double minimum, double maximum, double value) {

@@ -35,6 +35,9 @@ double lr_to_vol(double left, double right);
 // odd last nibble is dropped. 2n source characters give 4 * ceil(n / 3)
 // characters, which always fit the Len(source) + 2 bytes callers allow.
 std::string kelb16_to_base64(std::string_view source);
+// The same, written as the export does it: into the caller's buffer, which
+// keeps its length, the text followed by a zero character. Returns 0.
+int kelb16_to_base64(std::string_view source, std::string& target);
 
 // Helpers of the program's own.
 double NormalizeToRange(double minimum, double maximum, double value);

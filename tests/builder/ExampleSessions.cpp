@@ -1,32 +1,19 @@
 #include "ExampleSessions.h"
 
 #include "SesBuilder.h"
+#include "SessionPayloads.h"
 
 namespace morvanta::testing {
 namespace {
 
-Bytes HeaderBytes(std::int32_t sampleRate, double masterVolume, std::int32_t smpteStart, std::int16_t timeFormat,
-                  double envelopeScale) {
-    // With "hdr " first, the file offsets 320 and 372 are payload offsets 300 and 352.
-    Bytes b;
-    b.Int32(sampleRate).Zeros(12).Double(masterVolume).Zeros(8).Int32(smpteStart);
-    b.PadTo(300).Int16(timeFormat).PadTo(352).Double(envelopeScale).PadTo(400);
-    return b;
-}
-
 std::vector<std::uint8_t> Session(const std::string& version, std::int32_t sampleRate) {
-    return SesBuilder()
-        .Chunk("hdr ", HeaderBytes(sampleRate, 1.0, 0, 0, 1.0))
-        .Version(version, 32)
-        .Build();
+    SesBuilder builder;
+    builder.Chunk("hdr ", HeaderBytes(sampleRate, 1.0, 0, 0, 1.0)).Version(version, 32);
+    AddSessionStateChunks(builder, version);
+    return builder.Build();
 }
 
 }  // namespace
-
-std::vector<std::uint8_t> HeaderPayload(std::int32_t sampleRate, double masterVolume, std::int32_t smpteStart,
-                                        std::int16_t timeFormat, double envelopeScale) {
-    return HeaderBytes(sampleRate, masterVolume, smpteStart, timeFormat, envelopeScale).Data();
-}
 
 std::vector<NamedFile> ExampleSessions() {
     return {
@@ -51,6 +38,18 @@ std::vector<NamedFile> FuzzSeeds() {
     seeds.push_back({"backward-length.ses",
                      SesBuilder().Version("Audition 3.0").ChunkWithLength("junk", -16, Bytes()).Build()});
     seeds.push_back({"declared-beyond-file.ses", SesBuilder().Version("Audition 2.0").DeclaredLength(9999).Build()});
+    seeds.push_back({"absurd-cue-count.ses", SesBuilder()
+                                                 .Version("Audition 3.0")
+                                                 .Chunk("cues", Bytes().Int32(32000).Int32(0).Int32(0).Int32(0))
+                                                 .Build()});
+    seeds.push_back({"wave-list-beyond-file.ses",
+                     SesBuilder()
+                         .Version("Audition 1.5")
+                         .Chunk("LIST", WaveListBytes({{"wav ", 1, "C:\\a.wav", 100}}, WaveLayout::Padded, Bytes(),
+                                                      1 << 30))
+                         .Build()});
+    seeds.push_back({"wide-list-small-entry.ses",
+                     SesBuilder().Version("Audition 2.0").Chunk("WLST", Bytes().Text("wav ").Int32(2).Zeros(8)).Build()});
     return seeds;
 }
 

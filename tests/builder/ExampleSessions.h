@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "SessionPayloads.h"  // HeaderPayload
+
 namespace morvanta::testing {
 
 struct NamedFile {
@@ -19,11 +21,5 @@ std::vector<NamedFile> ExampleSessions();
 
 // Broken and hostile inputs: truncated, absurd lengths, refused versions.
 std::vector<NamedFile> FuzzSeeds();
-
-// A header chunk payload of the size real files have, with the sample rate,
-// master volume, SMPTE start, time format and envelope gain scale in place.
-std::vector<std::uint8_t> HeaderPayload(std::int32_t sampleRate, double masterVolume = 1.0,
-                                        std::int32_t smpteStart = 0, std::int16_t timeFormat = 0,
-                                        double envelopeScale = 1.0);
 
 }  // namespace morvanta::testing

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
+#include <string>
 
 #include "services/Conversions.h"
 #include "writer/NumberText.h"
@@ -84,6 +86,38 @@ TEST(Conversions, Base16ToBase64) {
     EXPECT_EQ(kelb16_to_base64(""), "");
     const std::string source = "00FF10203040506070";
     EXPECT_LE(kelb16_to_base64(source).size() + 1, source.size() + 2);
+}
+
+TEST(Conversions, ZeroAndNegativeInputsGiveFiniteResults) {
+    const double inputs[] = {0.0, -0.0, -1.0, -1e300, 1e-300, 4.9e-324, 1e300};
+    for (double a : inputs) {
+        EXPECT_TRUE(std::isfinite(ConvertGain(a))) << a;
+        EXPECT_TRUE(std::isfinite(ConvertGainBack(a))) << a;
+        EXPECT_TRUE(std::isfinite(GetNormalizedValue(a))) << a;
+        EXPECT_TRUE(std::isfinite(AA4_db_to_x(a))) << a;
+        for (double b : inputs) {
+            double pan = 0, vol = 0;
+            LeftRightToPanVolA_Old(a, b, pan, vol);
+            EXPECT_TRUE(std::isfinite(pan) && std::isfinite(vol)) << a << " " << b;
+            LeftRightToPanVolC(a, b, pan, vol);
+            EXPECT_TRUE(std::isfinite(pan) && std::isfinite(vol)) << a << " " << b;
+            EXPECT_TRUE(std::isfinite(lr_to_vol(a, b))) << a << " " << b;
+        }
+    }
+    EXPECT_EQ(GetNormalizedValue(-std::numeric_limits<double>::infinity()), 0.0);
+    EXPECT_EQ(ConvertGainBack(-300.0), 0.0);
+    EXPECT_NEAR(ConvertGain(1e-12), -240.0, 1e-9);  // no floor above a gain of 0
+}
+
+TEST(Conversions, Base16ToBase64IntoTheCallersBuffer) {
+    // A target of one zero character and Len(S) + 1 blanks: the text and its
+    // zero go in front, the blanks the function did not reach stay.
+    std::string target = std::string(1, '\0') + std::string(7, ' ');
+    EXPECT_EQ(kelb16_to_base64("4D616E", target), 0);
+    EXPECT_EQ(target, std::string("TWFu\0   ", 8));
+    std::string tooSmall(3, ' ');
+    kelb16_to_base64("4D616E", tooSmall);
+    EXPECT_EQ(tooSmall, "TWF");
 }
 
 TEST(Conversions, RangeHelpers) {

@@ -1,0 +1,276 @@
+// Header, selection, tempo, groups, cues, stretch records and metronome:
+// built sessions and the documents they give.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "DocumentSection.h"
+#include "SesBuilder.h"
+#include "SessionPayloads.h"
+#include "TestSupport.h"
+
+namespace morvanta::testing {
+namespace {
+
+// "hdr " first, so that its payload offsets 300 and 352 are file offsets 320 and 372.
+SesBuilder Begin(const std::string& version, const Bytes& header = HeaderBytes(44100)) {
+    SesBuilder builder;
+    builder.Chunk("hdr ", header).Version(version, 32);
+    return builder;
+}
+
+std::string Document(const SesBuilder& builder, const ConvertOptions& options = {}) {
+    const ImportResult result = Convert(builder.Build(), options);
+    EXPECT_EQ(result.Status, ImportStatus::Converted) << result.Message;
+    return result.Document;
+}
+
+std::string LineStarting(const std::string& document, const std::string& start) {
+    for (const std::string& line : Lines(document))
+        if (line.starts_with(start)) return line;
+    return "(no line starting with " + start + ")";
+}
+
+TEST(SessionState, HeaderSelectionAndTempoFillTheBlock) {
+    SesBuilder b = Begin("Audition 3.0", HeaderBytes(48000, 0.5, 3600, 3));
+    b.Chunk("stat", StatBytes(1000, 45100)).Chunk("tmpo", TempoBytes(98.5, 3, 8, 2));
+    const std::string doc = Document(b);
+    EXPECT_EQ(Section(doc, "<sessionState", "</sessionState>"),
+              "<sessionState ctiPosition=\"0\" smpteStart=\"3600\">\n"
+              "<selectionState selectionDuration=\"44100\" selectionStart=\"1000\"/>\n"
+              "<timeFormatState beatsPerBar=\"3\" beatsPerMinute=\"98.50\" linkToDefaultTimeSettings=\"false\" "
+              "noteLength=\"2\" subdivisions=\"8\" timeCodeDropFrame=\"true\" timeCodeFrameRate=\"30\" "
+              "timeCodeNTSC=\"true\" timeFormat=\"timeFormatDecimal\"/>\n"
+              "</sessionState>\n");
+    EXPECT_EQ(LineStarting(doc, "<session "),
+              R"(<session audioChannelType="stereo" bitDepth="32" duration="0" sampleRate="48000">)");
+    // The master track without a record of its own takes the header's volume.
+    EXPECT_EQ(LineStarting(doc, R"(<parameter index="0" name="volume")"),
+              R"(<parameter index="0" name="volume" parameterValue=".5"/>)");
+}
+
+TEST(SessionState, AnUnknownTimeFormatWritesTheFirstRow) {
+    const std::string first =
+        R"(timeCodeDropFrame="false" timeCodeFrameRate="75" timeCodeNTSC="false" timeFormat="timeFormatDecimal"/>)";
+    const std::vector<std::pair<std::int16_t, std::string>> rows{
+        {4, R"(timeCodeDropFrame="false" timeCodeFrameRate="24" timeCodeNTSC="false" timeFormat="timeFormatBarsAndBeats"/>)"},
+        {5, R"(timeCodeDropFrame="false" timeCodeFrameRate="30" timeCodeNTSC="true" timeFormat="timeFormatTimeCode"/>)"},
+        {6, first},
+        {-1, first},
+    };
+    for (const auto& [format, tail] : rows) {
+        const std::string line = LineStarting(Document(Begin("Audition 2.0", HeaderBytes(44100, 1, 0, format))),
+                                              "<timeFormatState ");
+        EXPECT_TRUE(line.ends_with(" " + tail)) << format << ": " << line;
+    }
+}
+
+TEST(SessionState, TheFixedPlaceValuesNeedADeclaredLengthBeyondThem) {
+    struct Case {
+        std::int32_t declared;
+        double scaleStored;
+        std::int32_t timeFormat;
+        double scale;
+    };
+    for (const Case& c : {Case{324, 2.0, 0, 1.0}, Case{325, 2.0, 2, 1.0}, Case{372, 2.0, 2, 1.0},
+                          Case{373, 2.0, 2, 2.0}, Case{373, 3.0, 2, 1.0}, Case{373, 1.0, 2, 1.0}}) {
+        // No "vers": with "hdr " alone the walk ends behind it whatever the length says.
+        const auto bytes =
+            SesBuilder().Chunk("hdr ", HeaderBytes(44100, 1, 0, 2, c.scaleStored)).DeclaredLength(c.declared).Build();
+        Session session;
+        const ImportResult result = ReadSesBytes(bytes, session, {});
+        ASSERT_EQ(result.Status, ImportStatus::Converted) << result.Message;
+        EXPECT_EQ(session.TimeFormat, c.timeFormat) << c.declared;
+        EXPECT_EQ(session.EnvelopeGainScale, c.scale) << c.declared << " " << c.scaleStored;
+    }
+}
+
+TEST(SessionState, AShortHeaderStillHasItsFirst36BytesRead) {
+    // The header says 4 bytes; its volume and SMPTE start lie in the chunk behind it.
+    SesBuilder b;
+    b.ChunkWithLength("hdr ", 4, Bytes().Int32(22050))
+        .Chunk("pad ", Bytes().Int32(0).Double(0.25).Zeros(8).Int32(7))
+        .Version("Audition 3.0");
+    const std::string doc = Document(b);
+    EXPECT_EQ(LineStarting(doc, "<session "),
+              R"(<session audioChannelType="stereo" bitDepth="32" duration="0" sampleRate="22050">)");
+    EXPECT_EQ(LineStarting(doc, "<sessionState "), R"(<sessionState ctiPosition="0" smpteStart="7">)");
+    EXPECT_EQ(LineStarting(doc, R"(<parameter index="0" name="volume")"),
+              R"(<parameter index="0" name="volume" parameterValue=".25"/>)");
+}
+
+TEST(SessionState, TheProbeStoresNothingFromTheHeader) {
+    Session session;
+    const ImportResult result =
+        ReadSesBytes(Begin("Audition 3.0", HeaderBytes(48000, 0.5, 10, 4, 2.0)).Build(), session, {}, true);
+    EXPECT_EQ(result.Status, ImportStatus::Probed);
+    EXPECT_EQ(result.Version, "Audition 3.0");
+    EXPECT_EQ(session.SampleRate, 0);
+    EXPECT_EQ(session.MasterVolume, 1.0);
+    EXPECT_EQ(session.TimeFormat, 0);
+    EXPECT_EQ(session.EnvelopeGainScale, 1.0);
+}
+
+TEST(SessionState, TempoByVersionWithItsDefaultsAndLimits) {
+    struct Case {
+        std::string version;
+        double tempo;
+        std::int32_t beatsPerBar, subdivisions, noteLength;
+        std::string expected;  // beatsPerBar to subdivisions
+    };
+    const std::vector<Case> cases{
+        {"Audition 3.0", 98.5, 3, 8, 2,
+         R"(beatsPerBar="3" beatsPerMinute="98.50" linkToDefaultTimeSettings="false" noteLength="2" subdivisions="8")"},
+        // Not read at all.
+        {"Audition 1.0", 98.5, 3, 8, 2,
+         R"(beatsPerBar="4" beatsPerMinute="120.00" linkToDefaultTimeSettings="false" noteLength="4" subdivisions="16")"},
+        // No note length.
+        {"Cool Edit Pro 2.00", 98.5, 3, 8, 2,
+         R"(beatsPerBar="3" beatsPerMinute="98.50" linkToDefaultTimeSettings="false" noteLength="4" subdivisions="8")"},
+        // 360 stays; a zero takes its default; 16 bits of 65548 are 12; negatives stay.
+        {"Cool Edit Pro 2.1", 360, 0, 65548, -2,
+         R"(beatsPerBar="4" beatsPerMinute="360.00" linkToDefaultTimeSettings="false" noteLength="-2" subdivisions="12")"},
+        {"Cool Edit 2000 1.0", 360.5, 7, 0, 8,
+         R"(beatsPerBar="7" beatsPerMinute="120.00" linkToDefaultTimeSettings="false" noteLength="8" subdivisions="16")"},
+        {"Cool Edit Pro 1.2", -60, -3, 4, 0,
+         R"(beatsPerBar="-3" beatsPerMinute="-60.00" linkToDefaultTimeSettings="false" noteLength="4" subdivisions="4")"},
+        {"Audition 1.5", 0.125, 5, 1, 1,
+         R"(beatsPerBar="5" beatsPerMinute="0.13" linkToDefaultTimeSettings="false" noteLength="1" subdivisions="1")"},
+    };
+    for (const Case& c : cases) {
+        SesBuilder b = Begin(c.version);
+        b.Chunk("tmpo", TempoBytes(c.tempo, c.beatsPerBar, c.subdivisions, c.noteLength));
+        EXPECT_EQ(LineStarting(Document(b), "<timeFormatState "),
+                  "<timeFormatState " + c.expected +
+                      R"( timeCodeDropFrame="false" timeCodeFrameRate="75" timeCodeNTSC="false" timeFormat="timeFormatDecimal"/>)")
+            << c.version;
+    }
+}
+
+TEST(SessionState, CoolEdit2000GroupColoursBecomeHuesHalfToEven) {
+    // 112 / (value + 1): 112, 56, 28, 16, 3.5 gives 4, 0.5 gives 0; then degrees.
+    SesBuilder b = Begin("Cool Edit 2000 1.0");
+    b.Chunk("grps", GroupBytes({{1, 0}, {2, 1}, {3, 3}, {4, 6}, {5, 31}, {6, 223}}));
+    EXPECT_EQ(Section(Document(b), "<clipGroups>", "</clipGroups>"),
+              "<clipGroups>\n"
+              "<clipGroup hue=\"168\" id=\"0\">\n<name>Group 1</name>\n</clipGroup>\n"
+              "<clipGroup hue=\"84\" id=\"1\">\n<name>Group 2</name>\n</clipGroup>\n"
+              "<clipGroup hue=\"42\" id=\"2\">\n<name>Group 3</name>\n</clipGroup>\n"
+              "<clipGroup hue=\"24\" id=\"3\">\n<name>Group 4</name>\n</clipGroup>\n"
+              "<clipGroup hue=\"6\" id=\"4\">\n<name>Group 5</name>\n</clipGroup>\n"
+              "<clipGroup hue=\"0\" id=\"5\">\n<name>Group 6</name>\n</clipGroup>\n"
+              "</clipGroups>\n");
+}
+
+TEST(SessionState, OtherVersionsKeepTheHueAndEveryGroupChunkAppends) {
+    SesBuilder b = Begin("Audition 3.0");
+    b.Chunk("grp2", GroupBytes({{2, 160}})).Chunk("grps", GroupBytes({{1, 100}})).ChunkWithLength("grps", 0, Bytes());
+    EXPECT_EQ(Section(Document(b), "<clipGroups>", "</clipGroups>"),
+              "<clipGroups>\n"
+              "<clipGroup hue=\"240\" id=\"1\">\n<name>Group 2</name>\n</clipGroup>\n"
+              "<clipGroup hue=\"150\" id=\"0\">\n<name>Group 1</name>\n</clipGroup>\n"
+              "</clipGroups>\n");
+}
+
+TEST(SessionState, CueMarkersMakeTheXmpPacket) {
+    const std::vector<CueEntry> cues{{44100, 0, "Intro", ""},
+                                     {88200, 22050, "  Verse & chorus  ", " take <2> ", "mark"}};
+    SesBuilder b = Begin("Audition 3.0");
+    b.Chunk("cues", CueBytes(cues, CueLayout::WithCueType));
+    const std::string packet = Section(Document(b), "<xmpMetadata>", "<?xpacket end=");
+    ExpectGolden("cue-markers.xmp", packet);
+
+    // The oldest layout has no CueType; the two texts follow each other.
+    for (const char* version : {"Cool Edit Pro 1.2", "Cool Edit Pro 1.2a"}) {
+        SesBuilder old = Begin(version);
+        old.Chunk("cues", CueBytes(cues, CueLayout::WithoutCueType));
+        EXPECT_EQ(Section(Document(old), "<xmpMetadata>", "<?xpacket end="), packet) << version;
+    }
+}
+
+TEST(SessionState, ACueTextRunsToTheEndOfTheFile) {
+    SesBuilder b = Begin("Audition 1.5");
+    b.Chunk("cues", Bytes().Int32(1).Int32(10).Int32(5).Int32(0).ZeroText("Last").Text("rgn ").Text("no end"));
+    const std::string doc = Document(b);
+    EXPECT_NE(doc.find("\n<xmpDM:startTime>10f44100</xmpDM:startTime>\n<xmpDM:duration>5f44100</xmpDM:duration>\n"
+                       "<xmpDM:comment>no end</xmpDM:comment>\n<xmpDM:name>Last</xmpDM:name>\n"),
+              std::string::npos);
+}
+
+TEST(SessionState, StretchRecordsOnlyFromAudition15On) {
+    for (const char* version : {"Audition 1.5", "Audition 2.0", "Audition 3.0", "Audition 1.0", "Cool Edit Pro 2.1",
+                                "Cool Edit 2000 1.0"}) {
+        SesBuilder b = Begin(version);
+        b.Chunk("loop", LoopBytes({{5, 1000}, {300000007, 88200}}));
+        Session session;
+        ASSERT_EQ(ReadSesBytes(b.Build(), session, {}).Status, ImportStatus::Converted);
+        const bool read = std::string(version).starts_with("Audition") && std::string(version) != "Audition 1.0";
+        const std::vector<ClipStretch> expected =
+            read ? std::vector<ClipStretch>{{5, 1000}, {300000007, 88200}} : std::vector<ClipStretch>{};
+        EXPECT_EQ(session.ClipStretches, expected) << version;
+    }
+}
+
+TEST(SessionState, MetronomeByVersion) {
+    struct Case {
+        std::string version;
+        Bytes payload;
+        std::string expected;
+    };
+    const std::vector<Case> cases{
+        {"Audition 3.0", MetronomeBytes(3, 1, "1 3 3 2"),
+         R"(<metronome enabled="true" pattern="downBeat subdivision subdivision upBeat " soundSet="Cymbals">)"},
+        {"Cool Edit Pro 2.1", MetronomeBytes(2, 2, "7 9 x", ""),
+         R"(<metronome enabled="false" pattern="downBeat subdivision subdivision subdivision " soundSet="Beeps">)"},
+        {"Cool Edit 2000 1.0", MetronomeBytes(10, 1, "2", "Click track"),
+         R"(<metronome enabled="true" pattern="upBeat " soundSet="Kit">)"},
+        {"Cool Edit Pro 1.2", MetronomeBytes(-1, 1, ""),
+         R"(<metronome enabled="true" pattern="downBeat subdivision subdivision subdivision " soundSet="Kit">)"},
+        {"Audition 2.0", MetronomeBytes(9, 1, std::string("1 2\0 3", 6)),
+         R"(<metronome enabled="true" pattern="downBeat upBeat " soundSet="Tabla">)"},
+        {"Audition 1.5", MetronomeBytes(0, 0, "1 1 1"),
+         R"(<metronome enabled="false" pattern="downBeat downBeat downBeat " soundSet="African 1">)"},
+        // Not read.
+        {"Cool Edit Pro 2.00", MetronomeBytes(8, 1, "1"),
+         R"(<metronome enabled="false" pattern="downBeat subdivision subdivision subdivision " soundSet="African 1">)"},
+        {"Audition 1.0", MetronomeBytes(8, 1, "1"),
+         R"(<metronome enabled="false" pattern="downBeat subdivision subdivision subdivision " soundSet="African 1">)"},
+    };
+    for (const Case& c : cases) {
+        SesBuilder b = Begin(c.version);
+        b.Chunk("mtro", c.payload);
+        EXPECT_EQ(LineStarting(Document(b), "<metronome "), c.expected) << c.version;
+    }
+}
+
+TEST(SessionState, AbsurdCountsAndLengthsFailTheFileAtTheirOffset) {
+    // The first chunk behind "hdr " (8 + 400) and "vers" (8 + 32) has its payload at 468.
+    constexpr std::int64_t kPayload = 12 + 408 + 40 + 8;
+    struct Case {
+        std::string version, tag;
+        Bytes payload;
+        std::int64_t offset;
+    };
+    const std::vector<Case> cases{
+        {"Audition 3.0", "cues", Bytes().Int32(30000).Zeros(40), kPayload},
+        {"Audition 3.0", "grps", Bytes().Int32(1 << 30).Zeros(16), kPayload},
+        {"Audition 2.0", "loop", Bytes().Int32(3).Zeros(176), kPayload},
+        {"Cool Edit 2000 1.0", "grps", GroupBytes({{1, -1}}), kPayload + 8},
+        {"Audition 3.0", "mtro", Bytes().Zeros(48).Int32(-4).Zeros(8), kPayload + 48},
+        {"Audition 3.0", "mtro", Bytes().Zeros(48).Int32(0).Int32(4000), kPayload + 56},
+        {"Audition 3.0", "stat", Bytes().Zeros(40), kPayload},
+    };
+    for (const Case& c : cases) {
+        SesBuilder b = Begin(c.version);
+        b.Chunk(c.tag, c.payload);
+        const ImportResult result = Convert(b.Build());
+        EXPECT_EQ(result.Status, ImportStatus::Failed) << c.tag;
+        EXPECT_EQ(result.ErrorChunk, c.tag);
+        EXPECT_EQ(result.ErrorOffset, c.offset) << c.tag << ": " << result.Message;
+        EXPECT_TRUE(result.Document.empty());
+    }
+}
+
+}  // namespace
+}  // namespace morvanta::testing

@@ -1,0 +1,258 @@
+// The media lists "LIST" and "WLST", the file list made from them, and
+// <files>: built sessions and the documents they give.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "DocumentSection.h"
+#include "SesBuilder.h"
+#include "SessionPayloads.h"
+#include "TestSupport.h"
+#include "reader/Assembly.h"
+
+namespace morvanta::testing {
+namespace {
+
+const std::vector<std::string> kVersions{
+    "Cool Edit Pro 1.2",  "Cool Edit Pro 1.2a", "Cool Edit 2000 1.0", "Cool Edit Pro 2.00", "Cool Edit Pro 2.1",
+    "Audition 1.0",       "Audition 1.5",       "Audition 2.0",       "Audition 3.0",
+};
+
+bool Packed(const std::string& version) {
+    return version.starts_with("Cool Edit Pro 1.2") || version.starts_with("Cool Edit 2000");
+}
+
+WaveLayout LayoutOf(const std::string& version) { return Packed(version) ? WaveLayout::Packed : WaveLayout::Padded; }
+
+SesBuilder Begin(const std::string& version) {
+    SesBuilder builder;
+    builder.Chunk("hdr ", HeaderBytes(44100)).Version(version, 32);
+    return builder;
+}
+
+std::string Files(const SesBuilder& builder, const ConvertOptions& options = {}) {
+    const ImportResult result = Convert(builder.Build(), options);
+    EXPECT_EQ(result.Status, ImportStatus::Converted) << result.Message;
+    return Section(result.Document, "<files>", "</files>");
+}
+
+// Reads and assembles the file list, for what the document does not show.
+Session FilesOf(const SesBuilder& builder, const ConvertOptions& options = {}) {
+    Session session;
+    const ImportResult result = ReadSesBytes(builder.Build(), session, options);
+    EXPECT_EQ(result.Status, ImportStatus::Converted) << result.Message;
+    BuildSessionFiles(session, options);
+    return session;
+}
+
+// One list holding every repair; the video entry stands last but is listed first.
+const std::vector<WaveEntry> kRepairs{
+    {"wav ", 1, "C:\\Takes\\take 1.wav", 1000},
+    {"wav ", 2, "C:\\Takes\\take 2", 2000},
+    {"mp3 ", 3, "C:\\Takes\\take.wav", 3000},
+    {"midi", 4, "C:\\Takes\\song.mid", 0},
+    {"WAV ", 5, "C:\\a\\Audio for clip.avi.wav", 5000},
+    {"wav ", 6, "C:\\Audio for x\\b.wav", 6000},
+    {"aif ", 7, "Audio for loop", 0},
+    {"VDEO", 8, "C:\\Video\\Scene & 3.avi", 0},
+};
+
+const std::string kRepairedFiles =
+    "<files>\n"
+    "<file absolutePath=\"C:\\Video\\Scene &amp; 3.avi\" id=\"0\"/>\n"
+    "<file absolutePath=\"C:\\Takes\\take 1.wav\" id=\"1\" relativePath=\"./take 1.wav\"/>\n"
+    "<file absolutePath=\"C:\\Takes\\take 2.wav\" id=\"2\" relativePath=\"./take 2.wav\"/>\n"
+    "<file absolutePath=\"C:\\Takes\\take.wav\" id=\"3\" relativePath=\"./take.wav\"/>\n"
+    "<file absolutePath=\"C:\\a\\clip.avi.wav\" id=\"4\" relativePath=\"./clip.avi.wav\"/>\n"
+    "<file absolutePath=\"C:\\Audio for x\\b.wav\" id=\"5\" relativePath=\"./b.wav\"/>\n"
+    "<file absolutePath=\"loop.aif\" id=\"6\"/>\n"
+    "</files>\n";
+
+TEST(WaveList, EveryVersionReadsItsOwnLayoutAndRepairsTheNames) {
+    for (const std::string& version : kVersions) {
+        SesBuilder b = Begin(version);
+        b.Chunk("LIST", WaveListBytes(kRepairs, LayoutOf(version)));
+        EXPECT_EQ(Files(b), kRepairedFiles) << version;
+    }
+}
+
+TEST(WaveList, TheListEndsByItsLengthOrAtTheListFileMark) {
+    // Behind the list, still inside the chunk, stands one more entry that
+    // must not be read. The walk steps over it as an unknown chunk.
+    const std::vector<WaveEntry> shortNames{{"wav ", 1, "a"}, {"wav ", 2, "b"}, {"wav ", 3, "c"},
+                                            {"wav ", 4, "d"}, {"wav ", 5, "e"}, {"wav ", 6, "f"}};
+    const std::string expected =
+        "<files>\n<file absolutePath=\"a.wav\" id=\"0\"/>\n<file absolutePath=\"b.wav\" id=\"1\"/>\n"
+        "<file absolutePath=\"c.wav\" id=\"2\"/>\n<file absolutePath=\"d.wav\" id=\"3\"/>\n"
+        "<file absolutePath=\"e.wav\" id=\"4\"/>\n<file absolutePath=\"f.wav\" id=\"5\"/>\n</files>\n";
+    for (const std::string& version : kVersions) {
+        const WaveLayout layout = LayoutOf(version);
+        SesBuilder byLength = Begin(version);
+        byLength.Chunk("LIST", WaveListBytes(shortNames, layout, WaveEntryBytes({"wav ", 9, "decoy"}, layout)));
+        EXPECT_EQ(Files(byLength), expected) << version;
+
+        // A list length beyond the entries: the "LIST" "FILE" mark ends them.
+        Bytes entries;
+        for (const WaveEntry& entry : shortNames) entries.Append(WaveEntryBytes(entry, layout));
+        SesBuilder byMark = Begin(version);
+        byMark.Chunk("LIST", WaveListBytes(shortNames, layout, Bytes().Text("LISTFILE"),
+                                           static_cast<std::int32_t>(entries.Size() + 8)));
+        EXPECT_EQ(Files(byMark), expected) << version;
+    }
+}
+
+TEST(WaveList, TheNextChunkStandsBehindTheListLengthNotThePayloadLength) {
+    SesBuilder b = Begin("Audition 3.0");
+    b.ChunkWithLength("LIST", 100000, WaveListBytes({{"wav ", 1, "C:\\x.wav"}}, WaveLayout::Padded))
+        .Chunk("stat", StatBytes(10, 30));
+    const ImportResult result = Convert(b.Build());
+    ASSERT_EQ(result.Status, ImportStatus::Converted) << result.Message;
+    EXPECT_NE(result.Document.find("\n<selectionState selectionDuration=\"20\" selectionStart=\"10\"/>\n"),
+              std::string::npos);
+    EXPECT_NE(result.Document.find("\n<file absolutePath=\"C:\\x.wav\" id=\"0\" relativePath=\"./x.wav\"/>\n"),
+              std::string::npos);
+}
+
+TEST(WaveList, AnEmptyListStepsSixteenOrTwentyEightBytes) {
+    for (const std::string& version : kVersions) {
+        const bool sixteen = version == "Cool Edit Pro 2.00" || version.starts_with("Cool Edit Pro 1.2") ||
+                             version == "Cool Edit Pro 2.1" || version == "Audition 1.0";
+        SesBuilder b = Begin(version);
+        b.ChunkWithLength("LIST", 0, Bytes().Zeros(sixteen ? 16 : 28)).Chunk("stat", StatBytes(100, 400));
+        const ImportResult result = Convert(b.Build());
+        ASSERT_EQ(result.Status, ImportStatus::Converted) << version << ": " << result.Message;
+        EXPECT_NE(result.Document.find("\n<selectionState selectionDuration=\"300\" selectionStart=\"100\"/>\n"),
+                  std::string::npos)
+            << version;
+    }
+}
+
+TEST(WaveList, IdsAndLengthsByVersion) {
+    // Small ids get 2000000 in some versions (video and audio differ in
+    // Cool Edit 2000); only Audition 1.5 on keeps a length, and only for a
+    // name that ends in its tag.
+    for (const std::string& version : kVersions) {
+        SesBuilder b = Begin(version);
+        b.Chunk("LIST", WaveListBytes({{"wav ", 7, "C:\\a.wav", 441000},
+                                       {"wav ", 8, "C:\\b", 882000},
+                                       {"VDEO", 9, "C:\\v.avi", 123}},
+                                      LayoutOf(version)));
+        const Session session = FilesOf(b);
+        const bool proOld = version.starts_with("Cool Edit Pro 1.2") || version == "Cool Edit Pro 2.1" ||
+                            version == "Audition 1.0";
+        const std::int32_t videoOffset = proOld ? 2000000 : 0;
+        const std::int32_t audioOffset = proOld || version.starts_with("Cool Edit 2000") ? 2000000 : 0;
+        const bool withLength = version == "Audition 1.5" || version == "Audition 2.0" || version == "Audition 3.0";
+        const std::vector<SessionFile> expected{
+            {0, 9 + videoOffset, kFileKindVideo, "C:\\v.avi"},
+            {withLength ? 441000.0 : 0.0, 7 + audioOffset, kFileKindAudio, "C:\\a.wav"},
+            {0, 8 + audioOffset, kFileKindAudio, "C:\\b.wav"},
+        };
+        EXPECT_EQ(session.SessionFiles, expected) << version;
+        EXPECT_TRUE(session.VideoSeen) << version;
+    }
+}
+
+TEST(WaveList, PathsAreCutAt255CharactersAtEveryStore) {
+    const std::string folder = "C:\\" + std::string(236, 'f') + "\\";  // 240 characters
+    SesBuilder b = Begin("Audition 3.0");
+    b.Chunk("LIST", WaveListBytes({{"wav ", 1, folder + "take number 1"}, {"wav ", 2, folder + "Audio for clip"}},
+                                  WaveLayout::Padded));
+    // The added extension loses its end at 255 characters, before the
+    // prefix goes: 253 + ".w", and 254 + "." less the prefix.
+    EXPECT_EQ(Files(b), "<files>\n"
+                        "<file absolutePath=\"" + folder + "take number 1.w\" id=\"0\" relativePath=\"./take number 1.w\"/>\n"
+                        "<file absolutePath=\"" + folder + "clip.\" id=\"1\" relativePath=\"./clip.\"/>\n"
+                        "</files>\n");
+    EXPECT_FALSE(FilesOf(b).VideoSeen);
+}
+
+TEST(WaveList, WithoutPathNamesOnlyTheFileNameIsWritten) {
+    ConvertOptions options;
+    options.NoPathNames = true;
+    SesBuilder b = Begin("Audition 2.0");
+    b.Chunk("LIST", WaveListBytes({{"wav ", 1, "C:\\a\\take 1.wav"}, {"VDEO", 2, "C:\\v\\film & co.avi"}},
+                                  WaveLayout::Padded));
+    EXPECT_EQ(Files(b, options), "<files>\n"
+                                 "<file absolutePath=\"film &amp; co.avi\" id=\"0\"/>\n"
+                                 "<file absolutePath=\"take 1.wav\" id=\"1\"/>\n"
+                                 "</files>\n");
+}
+
+TEST(WaveList, TheLanguageOptionTakesNamesFromTheWideListInLaterVersions) {
+    ConvertOptions options;
+    options.NonEnglish = true;
+    const Bytes list = WaveListBytes({{"wav ", 1, "C:\\narrow.wav"}}, WaveLayout::Padded);
+    const Bytes wide = WideWaveListBytes({{"wav ", 2, u"C:\\wide.wav"}, {"VDEO", 3, u"C:\\Loop take"}});
+    const std::string wideFiles = "<file absolutePath=\"C:\\wide.wav\" id=\"0\" relativePath=\"./wide.wav\"/>\n"
+                                  "<file absolutePath=\"C:\\Loop take\" id=\"1\" relativePath=\"./Loop take\"/>\n";
+    const std::string narrowFiles =
+        "<file absolutePath=\"C:\\narrow.wav\" id=\"0\" relativePath=\"./narrow.wav\"/>\n";
+
+    // Later versions skip "LIST" and read "WLST"; a kind other than "wav "
+    // is no kind at all, so it is neither video nor repaired.
+    SesBuilder later = Begin("Audition 3.0");
+    later.Chunk("LIST", list).Chunk("WLST", wide);
+    EXPECT_EQ(Files(later, options), "<files>\n" + wideFiles + "</files>\n");
+    // The old versions read both.
+    SesBuilder old = Begin("Cool Edit Pro 2.00");
+    old.Chunk("LIST", list).Chunk("WLST", wide);
+    const std::string narrowThenWide =
+        "<files>\n<file absolutePath=\"C:\\narrow.wav\" id=\"0\" relativePath=\"./narrow.wav\"/>\n"
+        "<file absolutePath=\"C:\\wide.wav\" id=\"1\" relativePath=\"./wide.wav\"/>\n"
+        "<file absolutePath=\"C:\\Loop take\" id=\"2\" relativePath=\"./Loop take\"/>\n</files>\n";
+    EXPECT_EQ(Files(old, options), narrowThenWide);
+    // Without the option "WLST" is stepped over.
+    EXPECT_EQ(Files(later), "<files>\n" + narrowFiles + "</files>\n");
+    // An empty wide list steps 28 bytes.
+    SesBuilder empty = Begin("Audition 1.5");
+    empty.ChunkWithLength("WLST", 0, Bytes().Zeros(28)).Chunk("stat", StatBytes(1, 2));
+    EXPECT_NE(Convert(empty.Build(), options).Document.find("selectionDuration=\"1\" selectionStart=\"1\""),
+              std::string::npos);
+}
+
+TEST(WaveList, WideNamesBecomeBytesOfTheChosenCharset) {
+    ConvertOptions options;
+    options.NonEnglish = true;
+    SesBuilder b = Begin("Audition 3.0");
+    b.Chunk("WLST", WideWaveListBytes({{"wav ", 1, u"C:\\\u00e9t\u00e9 \u0416.wav"}}));
+    // Without a charset a character below 256 stands for itself.
+    EXPECT_EQ(Files(b, options), "<files>\n<file absolutePath=\"C:\\\xe9t\xe9 ?.wav\" id=\"0\" "
+                                 "relativePath=\"./\xe9t\xe9 ?.wav\"/>\n</files>\n");
+    options.Charset = "WINDOWS-1251";
+    EXPECT_EQ(Files(b, options), "<files>\n<file absolutePath=\"C:\\?t? \xc6.wav\" id=\"0\" "
+                                 "relativePath=\"./?t? \xc6.wav\"/>\n</files>\n");
+}
+
+TEST(WaveList, EntriesTooSmallForTheirNameFailTheFile) {
+    // The first chunk behind "hdr " and "vers" has its payload at 468.
+    constexpr std::int64_t kPayload = 12 + 408 + 40 + 8;
+    ConvertOptions wide;
+    wide.NonEnglish = true;
+    struct Case {
+        std::string version, tag;
+        Bytes payload;
+        std::int64_t offset;
+    };
+    const std::vector<Case> cases{
+        {"Audition 3.0", "LIST", Bytes().Int32(40).Text("wav ").Int32(12).Int32(1).Zeros(40), kPayload + 8},
+        {"Cool Edit 2000 1.0", "LIST", Bytes().Int32(40).Text("wav ").Int32(4).Int32(1).Zeros(40), kPayload + 8},
+        {"Audition 3.0", "WLST", Bytes().Text("wav ").Int32(-100).Int32(1).Zeros(20), kPayload + 4},
+        // A list that claims far more than the file holds ends at the file's end.
+        {"Audition 3.0", "LIST", Bytes().Int32(1 << 30).Text("wav ").Int32(17).Int32(1).Zeros(4).ZeroText("a"),
+         kPayload + 4 + 22},
+        {"Audition 3.0", "WLST", Bytes().Text("wav ").Int32(1000).Int32(1).Zeros(20), kPayload + 24},
+    };
+    for (const Case& c : cases) {
+        SesBuilder b = Begin(c.version);
+        b.Chunk(c.tag, c.payload);
+        const ImportResult result = Convert(b.Build(), c.tag == "WLST" ? wide : ConvertOptions{});
+        EXPECT_EQ(result.Status, ImportStatus::Failed) << c.tag;
+        EXPECT_EQ(result.ErrorChunk, c.tag);
+        EXPECT_EQ(result.ErrorOffset, c.offset) << c.version << " " << c.tag << ": " << result.Message;
+    }
+}
+
+}  // namespace
+}  // namespace morvanta::testing
