@@ -1,6 +1,7 @@
 #include "ExampleSessions.h"
 
 #include "SesBuilder.h"
+#include "TrackPayloads.h"
 
 namespace morvanta::testing {
 namespace {
@@ -51,6 +52,7 @@ std::vector<NamedFile> FuzzSeeds() {
     seeds.push_back({"backward-length.ses",
                      SesBuilder().Version("Audition 3.0").ChunkWithLength("junk", -16, Bytes()).Build()});
     seeds.push_back({"declared-beyond-file.ses", SesBuilder().Version("Audition 2.0").DeclaredLength(9999).Build()});
+    for (NamedFile& seed : TrackFuzzSeeds()) seeds.push_back(std::move(seed));
     return seeds;
 }
 

@@ -287,6 +287,34 @@ std::vector<std::uint8_t> AbsurdPointCountSession() {
         .Build();
 }
 
+std::vector<NamedFile> TrackFuzzSeeds() {
+    TrksRecord vocal;
+    vocal.Left = 0.5;
+    vocal.Name = "Vocal";
+    vocal.TrackId = 1;
+    TrksRecord guitar;
+    guitar.Right = 0.7;
+    guitar.Name = "Guitar";
+    guitar.OutputByte = 2;
+    guitar.TrackId = 2;
+    TkeqRecord eq;
+    eq.TrackKey = 2;
+    eq.LowFrequency = 100;
+    eq.MidFrequency = 1000;
+    eq.MidQ = 200;
+    eq.HighFrequency = 8000;
+    const auto older = SesBuilder()
+                           .Version("Audition 1.0", 32)
+                           .Chunk("trks", TrksPayload(104, false, {vocal, guitar}))
+                           .Chunk("tkeq", TkeqPayload({eq}))
+                           .Chunk("ep20", Ep20Payload({{300000001, {{1, {{0, 0.5}, {100, 1.0}}}, {2, {{0, 0.25}}}}}}))
+                           .Chunk("envp", EnvpPayload({{300000002, {{0, 1.0}}, {{0, 0.5}}}}))
+                           .Build();
+    return {{"tracks-audition-3.0.ses", TracksExampleSession()},
+            {"tracks-audition-1.0.ses", older},
+            {"absurd-point-count.ses", AbsurdPointCountSession()}};
+}
+
 TrackEntry NamedEntry(std::int32_t trackId, const std::u16string& name) {
     TrackEntry entry;
     entry.TrackId = trackId;

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "ExampleSessions.h"
 #include "SesBuilder.h"
 
 namespace morvanta::testing {
@@ -142,5 +143,9 @@ std::vector<std::uint8_t> TracksExampleSession();
 
 // A "TRKS" entry whose volume point count is far beyond the file.
 std::vector<std::uint8_t> AbsurdPointCountSession();
+
+// Fuzz seeds of the track family: the session above, an Audition 1.0
+// session with "trks", "tkeq", "ep20" and "envp", and the absurd count.
+std::vector<NamedFile> TrackFuzzSeeds();
 
 }  // namespace morvanta::testing
