@@ -45,6 +45,12 @@ void WriteEffectsRack(DocumentWriter& w, const Track& track);
 void WriteAudioClips(DocumentWriter& w, const Track& track);
 void WriteVideoClips(DocumentWriter& w, const Track& track);
 
+// The components of a track's <trackAudioParameters>, and its send list.
+void WriteTrackComponents(DocumentWriter& w, const Track& track);  // fader, mute, pan
+void WriteImplicitMasterComponents(DocumentWriter& w);
+const TrackEq* FindTrackEq(const Session& session, const Track& track);
+void WriteSendList(DocumentWriter& w, const Track& track);
+
 // Pieces the track writer shares with other sections.
 void WriteTrackEq(DocumentWriter& w, const TrackEq* eq);
 std::string BuildMetronomePattern(const std::string& pattern);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "writer/DocumentWriter.h"
+#include "writer/NumberText.h"
 
 namespace morvanta {
 
@@ -54,6 +55,16 @@ void WriteParameterKeyframes(DocumentWriter& w, const std::vector<Point>& points
                R"(" select="false" type="linear" value=")" + valueText(point) + R"("/>)");
     }
     w.Line("</parameterKeyframes>");
+}
+
+// Tracks, sends and racks: the element only when the rule wants it, with
+// each point's own sample offset as integer text.
+template <class Point, class Selected, class ValueText>
+void WriteRuledKeyframes(DocumentWriter& w, const std::vector<Point>& points, const PointSelection& selection,
+                         Selected&& selected, ValueText&& valueText) {
+    if (!KeyframesWanted(selection)) return;
+    WriteParameterKeyframes(
+        w, points, selected, [](const Point& point) { return IntegerText(point.SampleOffset); }, valueText);
 }
 
 }  // namespace morvanta

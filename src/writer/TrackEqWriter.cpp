@@ -64,6 +64,14 @@ constexpr std::array<EqParameter, 44> kEqParameters{{
 
 }  // namespace
 
+// A "tkeq" record names the track by its ordinal, one of a track record by
+// its id; the first record that names the track either way is its EQ.
+const TrackEq* FindTrackEq(const Session& session, const Track& track) {
+    for (const TrackEq& eq : session.TrackEqs)
+        if (eq.TrackKey == track.TrackOrdinal || eq.TrackKey == track.TrackId) return &eq;
+    return nullptr;
+}
+
 void WriteTrackEq(DocumentWriter& w, const TrackEq* eq) {
     const double sampleRate = w.session.SampleRate;
     auto frequencyText = [&](double f) {

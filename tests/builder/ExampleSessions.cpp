@@ -2,6 +2,7 @@
 
 #include "SesBuilder.h"
 #include "SessionPayloads.h"
+#include "TrackPayloads.h"
 
 namespace morvanta::testing {
 namespace {
@@ -50,6 +51,7 @@ std::vector<NamedFile> FuzzSeeds() {
                          .Build()});
     seeds.push_back({"wide-list-small-entry.ses",
                      SesBuilder().Version("Audition 2.0").Chunk("WLST", Bytes().Text("wav ").Int32(2).Zeros(8)).Build()});
+    for (NamedFile& seed : TrackFuzzSeeds()) seeds.push_back(std::move(seed));
     return seeds;
 }
 

@@ -136,15 +136,15 @@ TEST(Container, ATruncatedChunkHeaderFailsWithItsOffset) {
 TEST(Container, AChunkRunningPastTheEndFailsWithItsTagAndOffset) {
     const auto bytes = SesBuilder()
                            .Version("Audition 3.0")
-                           .ChunkWithLength("TRKS", 4000, Bytes().Int32(3))
+                           .ChunkWithLength("TRKM", 4000, Bytes().Int32(3))
                            .DeclaredLength(10000)
                            .Build();
     const ImportResult result = Read(bytes);
     EXPECT_EQ(result.Status, ImportStatus::Failed);
     EXPECT_EQ(result.ErrorOffset, 32);
-    EXPECT_EQ(result.ErrorChunk, "TRKS");
+    EXPECT_EQ(result.ErrorChunk, "TRKM");
     EXPECT_EQ(DescribeFailure("a.ses", result),
-              "a.ses: offset 32 (chunk \"TRKS\"): chunk \"TRKS\" at offset 32 ends at offset 4040, past the end of "
+              "a.ses: offset 32 (chunk \"TRKM\"): chunk \"TRKM\" at offset 32 ends at offset 4040, past the end of "
               "the file (44 bytes)");
 }
 

@@ -116,7 +116,7 @@ TEST(ConversionRun, RefusedAndBrokenFilesAreCountedAndFailAlone) {
     WriteFile(dir / "good.ses", GoodSession());
     WriteFile(dir / "old.ses", SesBuilder().Version("Cool Edit Pro 2.01").Build());
     WriteFile(dir / "cut.ses",
-              SesBuilder().Version("Audition 3.0").ChunkWithLength("TRKS", 500, Bytes()).DeclaredLength(900).Build());
+              SesBuilder().Version("Audition 3.0").ChunkWithLength("TRKM", 500, Bytes()).DeclaredLength(900).Build());
     WriteFile(dir / "text.ses", std::string("hello"));
     WriteFile(dir / "cut.sesx", std::string("old"));
     const std::string folder = dir.Path().string() + "/";
@@ -140,7 +140,7 @@ TEST(ConversionRun, RefusedAndBrokenFilesAreCountedAndFailAlone) {
     EXPECT_EQ(summary.Outcomes[1].Message, "Cool Edit Pro 2.01 is not currently supported");
     EXPECT_EQ(summary.Outcomes[2].Status, FileStatus::Failed);
     EXPECT_EQ(summary.Outcomes[2].Message,
-              folder + "cut.ses: offset 32 (chunk \"TRKS\"): chunk \"TRKS\" at offset 32 ends at offset 540, past "
+              folder + "cut.ses: offset 32 (chunk \"TRKM\"): chunk \"TRKM\" at offset 32 ends at offset 540, past "
                        "the end of the file (40 bytes)");
     EXPECT_EQ(summary.Outcomes[3].Status, FileStatus::NotSession);
     EXPECT_EQ(summary.Outcomes[4].Status, FileStatus::Failed);
