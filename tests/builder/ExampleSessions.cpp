@@ -1,5 +1,6 @@
 #include "ExampleSessions.h"
 
+#include "BlockPayloads.h"
 #include "SesBuilder.h"
 
 namespace morvanta::testing {
@@ -51,6 +52,7 @@ std::vector<NamedFile> FuzzSeeds() {
     seeds.push_back({"backward-length.ses",
                      SesBuilder().Version("Audition 3.0").ChunkWithLength("junk", -16, Bytes()).Build()});
     seeds.push_back({"declared-beyond-file.ses", SesBuilder().Version("Audition 2.0").DeclaredLength(9999).Build()});
+    AppendBlockFuzzSeeds(seeds);
     return seeds;
 }
 
