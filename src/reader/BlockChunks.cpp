@@ -146,7 +146,7 @@ public:
         ctx_.warnings.push_back(Diagnostic{
             std::to_string(missing_) + (missing_ == 1 ? " block names" : " blocks name") +
                 " a track row that the tracks read before it do not have (the first, block " +
-                std::to_string(firstBlock_) + ", names row " + std::to_string(firstRow_) + " of " +
+                std::to_string(firstBlock_) + " at offset " + std::to_string(firstOffset_) + ", names row " + std::to_string(firstRow_) + " of " +
                 std::to_string(ctx_.session.SesTracks.size()) + "): left out",
             firstOffset_, chunk_.Tag});
     }

@@ -251,7 +251,7 @@ TEST(BlockChunks, Audition15BlocksNameTheirTrackByRow) {
     ASSERT_EQ(warnings.size(), 1u);
     EXPECT_EQ(warnings[0].Message,
               "2 blocks name a track row that the tracks read before it do not have "
-              "(the first, block 13, names row 9 of 3): left out");
+              "(the first, block 13 at offset 240, names row 9 of 3): left out");
     EXPECT_EQ(warnings[0].Offset, kPayload + 4 + 2 * 88);
     EXPECT_EQ(warnings[0].ChunkTag, "blk ");
 
@@ -264,7 +264,7 @@ TEST(BlockChunks, Audition15BlocksNameTheirTrackByRow) {
     ASSERT_EQ(warnings.size(), 1u);
     EXPECT_EQ(warnings[0].Message,
               "1 block names a track row that the tracks read before it do not have "
-              "(the first, block 22, names row 4 of 3): left out");
+              "(the first, block 22 at offset 140, names row 4 of 3): left out");
     EXPECT_EQ(warnings[0].Offset, kPayload + 8 + 72);
 }
 
