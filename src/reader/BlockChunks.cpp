@@ -160,8 +160,9 @@ private:
     std::int32_t firstRow_ = 0;
 };
 
-// The 72-byte record of "bk25" (and of "bk20" outside the old layout).
-BlockRecord ReadBk25Record(const ByteReader& f, std::int64_t q) {
+// The first 44 bytes, which the 72-byte record of "bk25" and the 56-byte
+// record of the old "bk20" share.
+BlockRecord ReadCommonBlockFields(const ByteReader& f, std::int64_t q) {
     BlockRecord r;
     r.BlockId = f.Int32(q);
     r.WaveId = f.Int32(q + 4);
@@ -172,6 +173,12 @@ BlockRecord ReadBk25Record(const ByteReader& f, std::int64_t q) {
     r.SourceStart = f.Int32(q + 32);
     r.Flags = f.Int32(q + 36);
     r.TrackId = f.Int32(q + 40);
+    return r;
+}
+
+// The 72-byte record of "bk25" (and of "bk20" outside the old layout).
+BlockRecord ReadBk25Record(const ByteReader& f, std::int64_t q) {
+    BlockRecord r = ReadCommonBlockFields(f, q);
     r.GroupId = f.Int32(q + 44);
     r.Hue = f.Int32(q + 60);
     return r;
@@ -268,16 +275,7 @@ std::int64_t ReadBk20Chunk(ReadContext& ctx, const ChunkHeader& chunk) {
     RequireCountFits(chunk, p, count, first, kBk20RecordSize, "block");
     for (std::int32_t i = 0; i < count; ++i) {
         const std::int64_t q = first + i * kBk20RecordSize;
-        BlockRecord r;
-        r.BlockId = f.Int32(q);
-        r.WaveId = f.Int32(q + 4);
-        r.LeftGain = f.Double(q + 8);
-        r.RightGain = f.Double(q + 16);
-        r.Start = f.Int32(q + 24);
-        r.Length = f.Int32(q + 28);
-        r.SourceStart = f.Int32(q + 32);
-        r.Flags = f.Int32(q + 36);
-        r.TrackId = f.Int32(q + 40);
+        BlockRecord r = ReadCommonBlockFields(f, q);
         r.Hue = f.Int32(q + 44);
         ApplyGainRule(r, "bk20", s.SesVersion);
         s.Bk20Records.push_back(r);
