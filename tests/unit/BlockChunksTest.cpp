@@ -173,7 +173,8 @@ TEST(BlockChunks, Audition20BlocksOfTheSpecialTracksCarryARecordOfTheirOwn) {
 
 TEST(BlockChunks, Audition10Bk25BlocksAreSteppedOverAndKeepNothing) {
     const Block block{.BlockId = 4, .WaveId = 2, .Start = 10, .TrackId = 1, .Name = "take"};
-    const Block old{.BlockId = 8, .WaveId = 3, .Start = 20, .Flags = 4, .TrackId = 2, .Hue = 50};
+    // The old "bk20" record has a hue but no group.
+    const Block old{.BlockId = 8, .WaveId = 3, .Start = 20, .Flags = 4, .TrackId = 2, .GroupId = 9, .Hue = 50};
     const Session s = Walk("Audition 1.0", {{"blk ", BlkPayload("Audition 1.0", {block})},
                                             {"bk25", Bk25Payload("Audition 1.0", {block, block})},
                                             {"bk20", Bk20Payload({old})}});
@@ -201,15 +202,6 @@ TEST(BlockChunks, ALaterChunkReplacesAndAnEmptyOneChangesNothing) {
     ASSERT_EQ(result.Status, ImportStatus::Converted) << result.Message;
     EXPECT_EQ(s.Bk25Records, (std::vector<BlockRecord>{Raw(two)}));
     EXPECT_EQ(s.BlkRecords, (std::vector<BlockRecord>{Raw(nine, false, false)}));
-}
-
-TEST(BlockChunks, OldBk20RecordsCarryTheirHueAndNoGroup) {
-    const Block first{.BlockId = 3, .WaveId = 1, .Start = 5, .Length = 6, .SourceStart = 7, .Flags = 2,
-                      .TrackId = 4, .GroupId = 9, .Hue = 120};
-    const Block second{.BlockId = 200000, .WaveId = 2000002, .TrackId = 1, .Hue = 240};
-    const Session s = Walk("Cool Edit Pro 2.1", {{"bk20", Bk20Payload({first, second})}});
-    EXPECT_EQ(s.Bk20Records, (std::vector<BlockRecord>{Raw(first, false), Raw(second, false)}));
-    EXPECT_TRUE(s.Bk25Records.empty());
 }
 
 TEST(BlockChunks, BlkRecordsFollowTheColumnsOfTheirVersion) {
