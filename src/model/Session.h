@@ -151,6 +151,7 @@ struct BlockRecord {
     std::int32_t TrackId{};
     std::int32_t GroupId{};
     std::int32_t Hue{};
+    bool operator==(const BlockRecord&) const = default;
 };
 
 inline constexpr std::int32_t kBlockFlagLocked = 2;
@@ -163,11 +164,13 @@ struct Bk25Fade {
     std::int32_t FadeOutShape{};
     std::int32_t FadeInType{};
     std::int32_t FadeOutType{};
+    bool operator==(const Bk25Fade&) const = default;
 };
 
 struct Blk2Record {
     std::int32_t BlockId{};
     std::int32_t Hue{};
+    bool operator==(const Blk2Record&) const = default;
 };
 
 struct SesTrack {

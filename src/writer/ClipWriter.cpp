@@ -1,10 +1,229 @@
-// The clips of a track: <audioClip> and <videoClip>. Written once the block
-// chunks are read; until then no track has clips.
+// The clips of a track: <audioClip> with its volume, mute and pan
+// components, fades and stretch, and <videoClip> (docs/format/clips.md,
+// "Clip elements").
+#include <filesystem>
+#include <optional>
+#include <unordered_map>
+
+#include "services/Conversions.h"
 #include "writer/DocumentWriter.h"
+#include "writer/Keyframes.h"
+#include "writer/NumberText.h"
+#include "writer/TextHelpers.h"
 
 namespace morvanta {
 
-void WriteAudioClips(DocumentWriter&, const Track&) {}
-void WriteVideoClips(DocumentWriter&, const Track&) {}
+// Every clip writer call would otherwise search all clips, files, fades and
+// points again; the lists do not change while the tracks are written.
+struct ClipIndex {
+    std::unordered_map<std::int32_t, std::vector<std::size_t>> clipsOfTrack;  // from element 1, in order
+    std::unordered_map<std::int32_t, std::size_t> firstFile;
+    std::unordered_map<std::int32_t, std::vector<std::size_t>> fadesOfClip;
+    std::unordered_map<std::int32_t, std::vector<std::size_t>> pointsOfClip;
+    std::unordered_map<std::int32_t, std::size_t> firstStretch;
+};
+
+namespace {
+
+const ClipIndex& IndexOf(DocumentWriter& w) {
+    if (w.clipIndex) return *w.clipIndex;
+    const Session& s = w.session;
+    auto index = std::make_shared<ClipIndex>();
+    for (std::size_t n = 1; n < s.Clips.size(); ++n) index->clipsOfTrack[s.Clips[n].TrackId].push_back(n);
+    for (std::size_t k = 0; k < s.SessionFiles.size(); ++k) index->firstFile.try_emplace(s.SessionFiles[k].FileId, k);
+    for (std::size_t i = 0; i < s.ClipFades.size(); ++i) index->fadesOfClip[s.ClipFades[i].ClipId].push_back(i);
+    for (std::size_t i = 0; i < s.ClipPoints.size(); ++i) index->pointsOfClip[s.ClipPoints[i].ClipId].push_back(i);
+    for (std::size_t i = 0; i < s.ClipStretches.size(); ++i) index->firstStretch.try_emplace(s.ClipStretches[i].ClipId, i);
+    w.clipIndex = index;
+    return *index;
+}
+
+template <class Map>
+const typename Map::mapped_type* Find(const Map& map, std::int32_t key) {
+    const auto it = map.find(key);
+    return it == map.end() ? nullptr : &it->second;
+}
+
+const std::vector<std::size_t>& ClipsOfTrack(const ClipIndex& index, std::int32_t trackId) {
+    static const std::vector<std::size_t> kNone;
+    const auto* clips = Find(index.clipsOfTrack, trackId);
+    return clips ? *clips : kNone;
+}
+
+// A clip whose file the session does not list is left out whole.
+void ReportLeftOut(DocumentWriter& w, const Clip& c, const char* kind) {
+    w.warnings.push_back(Diagnostic{std::string(kind) + " clip " + std::to_string(c.ClipId) + " on track " +
+                                        std::to_string(c.TrackId) + " at sample " + IntegerText(c.Start) +
+                                        " refers to file " + std::to_string(c.FileId) +
+                                        ", which the session does not list: the clip is left out",
+                                    -1, ""});
+}
+
+// An integer text read back as a number: the crossfade tests compare these.
+double IntegerValue(double value) { return ParseNumberPrefix(IntegerText(value)); }
+
+struct FadeTexts {
+    std::string Head = "-1";
+    std::string Tail = "-1";
+    std::string InEnd = "0";
+    std::string InStart = "0";
+    std::string InShape = "0";
+    std::string InType = "log";
+    std::string OutEnd;
+    std::string OutStart;
+    std::string OutShape = "0";
+    std::string OutType = "log";
+};
+
+// The fade texts of clip n, and its crossfade marks. Both come only from
+// rows of ClipFades: a clip without one keeps the start values.
+FadeTexts FadesOf(const Session& s, const ClipIndex& index, std::size_t n, std::int32_t trackId) {
+    const Clip& c = s.Clips[n];
+    FadeTexts t;
+    t.OutEnd = t.OutStart = IntegerText(c.Length);
+    const auto* rows = Find(index.fadesOfClip, c.ClipId);
+    if (!rows) return t;
+    for (std::size_t row : *rows) {
+        const ClipFade& f = s.ClipFades[row];
+        t.InShape = GeneralText(f.FadeInShape);
+        t.OutShape = GeneralText(f.FadeOutShape);
+        if (f.FadeInType == 1) t.InType = "cosine";
+        if (f.FadeOutType == 1) t.OutType = "cosine";
+        if (f.FadeInLength > 0) {
+            t.InStart = "0";
+            t.InEnd = IntegerText(f.FadeInLength);
+        }
+        if (f.FadeOutLength > 0) {
+            t.OutStart = IntegerText(c.Length - f.FadeOutLength);
+            t.OutEnd = IntegerText(c.Length);
+        }
+        // Overlaps with the neighbours in the sorted list, strictly: clips
+        // that only touch are not marked.
+        if (n + 1 < s.Clips.size()) {
+            const Clip& next = s.Clips[n + 1];
+            if (next.TrackId == trackId && IntegerValue(c.Start + c.Length) > IntegerValue(next.Start)) t.Tail = "1";
+        }
+        const Clip& before = s.Clips[n - 1];
+        if (before.TrackId == trackId && IntegerValue(before.Start + before.Length) > IntegerValue(c.Start))
+            t.Head = "1";
+    }
+    return t;
+}
+
+// The file's hue scale of 0 to 240 in degrees, not rounded.
+std::string HueText(std::int32_t hue) {
+    return PlainNumberText(ScaleFromRange(0, 360, NormalizeToRange(0, 240, hue)));
+}
+
+// A clip volume point as a fader position; below 0.000001 it is 0.
+std::string ClipVolumeText(double gain) {
+    double position = GetNormalizedValue(ConvertGain(gain));
+    if (position < 0.000001) position = 0;
+    return FixedPlacesText(position, 8);
+}
+
+void WriteClipEnvelope(DocumentWriter& w, const ClipIndex& index, const Clip& c, std::int32_t kind,
+                       std::string (*valueText)(double)) {
+    std::vector<ClipPoint> points;
+    if (const auto* rows = Find(index.pointsOfClip, c.ClipId))
+        for (std::size_t row : *rows) points.push_back(w.session.ClipPoints[row]);
+    WriteParameterKeyframes(
+        w, points, [&](const ClipPoint& p) { return p.TrackId == c.TrackId && p.ClipId == c.ClipId && p.Kind == kind; },
+        // A clip point counts from the clip's start in the file.
+        [&](const ClipPoint& p) { return IntegerText(p.Offset + c.SourceStart); },
+        [&](const ClipPoint& p) { return valueText(p.Value); });
+}
+
+std::string PanValueText(double value) { return PlainNumberText(value); }
+
+}  // namespace
+
+void WriteAudioClips(DocumentWriter& w, const Track& track) {
+    Session& s = w.session;
+    const ClipIndex& index = IndexOf(w);
+    // Both count the clips of this track that are written.
+    std::int32_t ClipCounter = 0;
+    std::int32_t GroupItemCounter = 0;
+    for (std::size_t n : ClipsOfTrack(index, track.TrackId)) {
+        Clip& c = s.Clips[n];
+        const std::size_t* k = Find(index.firstFile, c.FileId);
+        if (!k) {
+            ReportLeftOut(w, c, "audio");
+            c.GroupItemId = kClipLeftOut;
+            continue;
+        }
+        const SessionFile& file = s.SessionFiles[*k];
+        const std::size_t* stretch = Find(index.firstStretch, c.ClipId);
+        const std::string looped = stretch && c.Looped == 1 ? "true" : "false";
+        const std::string locked = c.Locked == 1 ? "true" : "false";
+        const FadeTexts fades = FadesOf(s, index, n, track.TrackId);
+
+        w.Line(R"(<audioClip clipAutoCrossfade="true" crossFadeHeadClipID=")" + fades.Head +
+               R"(" crossFadeTailClipID=")" + fades.Tail + R"(" endPoint=")" + IntegerText(c.Start + c.Length) +
+               R"(" fileID=")" + IntegerText(static_cast<double>(*k)) + R"(" hue=")" + HueText(c.Hue) +
+               R"(" id=")" + PlainNumberText(ClipCounter) + R"(" lockedInTime=")" + locked + R"(" looped=")" +
+               looped + R"(" name="" offline="false" select="false" sourceInPoint=")" + IntegerText(c.SourceStart) +
+               R"(" sourceOutPoint=")" + IntegerText(c.SourceStart + c.Length) + R"(" startPoint=")" +
+               IntegerText(c.Start) + R"(" zOrder=")" + PlainNumberText(static_cast<double>(n)) + R"(">)");
+        ++ClipCounter;
+        if (c.GroupId > 0) c.GroupItemId = GroupItemCounter;
+        ++GroupItemCounter;
+
+        w.Line(R"(<component componentID="Audition.Fader" id="clipGain" name="volume">)");
+        w.Line(R"(<parameter index="0" name="volume" parameterValue="0">)");
+        WriteClipEnvelope(w, index, c, 1, ClipVolumeText);
+        w.Line("</parameter>");
+        w.Line(R"(<parameter index="1" name="static gain" parameterValue=")" + PlainNumberText(c.Gain) + R"("/>)");
+        w.Line("</component>");
+
+        w.Line(R"(<component componentID="Audition.Mute" id="clipMute" name="Mute" powered="true">)");
+        w.Line(R"(<parameter index="0" parameterValue="0"/>)");
+        w.Line(R"(<parameter index="1" name="mute" parameterValue=")" + PlainNumberText(c.Muted) + R"("/>)");
+        w.Line("</component>");
+        w.Line(R"(<component componentID="Audition.StereoPanner" id="clipPan" name="StereoPanner">)");
+        w.Line(R"(<parameter index="0" name="Pan" parameterValue="0">)");
+        WriteClipEnvelope(w, index, c, 2, PanValueText);
+        w.Line("</parameter>");
+        w.Line("</component>");
+
+        w.Line(R"(<fadeIn crossFadeLinkType="linkedAsymmetric" endPoint=")" + fades.InEnd + R"(" shape=")" +
+               fades.InShape + R"(" startPoint=")" + fades.InStart + R"(" type=")" + fades.InType + R"("/>)");
+        w.Line(R"(<fadeOut crossFadeLinkType="linkedAsymmetric" endPoint=")" + fades.OutEnd + R"(" shape=")" +
+               fades.OutShape + R"(" startPoint=")" + fades.OutStart + R"(" type=")" + fades.OutType + R"("/>)");
+
+        if (stretch && c.Looped != 1) {
+            // The stretch stands on the closing line, without a line end of its own.
+            const ClipStretch& st = s.ClipStretches[*stretch];
+            const double fileLength = file.LengthSamples > 0 ? file.LengthSamples : st.StretchedLength;
+            w.out += R"(<clipStretch adaptiveWindowSize="37" pitchAdjustment="0" preserveFormants="true" stretchMode="realtime" stretchQuality="high" stretchRatio=")" +
+                     GeneralText(st.StretchedLength / fileLength) +
+                     R"(" stretchType="solo" transientSensitivity="40"/>)";
+        }
+        w.Line("</audioClip>");
+    }
+}
+
+void WriteVideoClips(DocumentWriter& w, const Track& track) {
+    const Session& s = w.session;
+    const ClipIndex& index = IndexOf(w);
+    for (std::size_t n : ClipsOfTrack(index, track.TrackId)) {
+        const Clip& c = s.Clips[n];
+        const std::size_t* k = Find(index.firstFile, c.FileId);
+        if (!k) {
+            ReportLeftOut(w, c, "video");
+            continue;
+        }
+        const std::string path = TrimBlanks(s.SessionFiles[*k].Path);
+        std::error_code ec;
+        const std::string out =
+            std::filesystem::exists(path, ec) ? IntegerText(c.SourceStart + c.Length) : std::string("-1");
+        w.Line(R"(<videoClip endPoint="-1" fileID=")" + IntegerText(static_cast<double>(*k)) +
+               R"(" hue="-1" id="0" lockedInTime=")" + (c.Locked == 1 ? "true" : "false") + R"(" name=")" +
+               FileNameOf(path) + R"(" offline="false" select="false" sourceInPoint=")" + IntegerText(c.SourceStart) +
+               R"(" sourceOutPoint=")" + out + R"(" startPoint=")" + IntegerText(c.Start) + R"(" zOrder="0">)");
+        w.Line("<videoFormat />");
+        w.Line("</videoClip>");
+    }
+}
 
 }  // namespace morvanta

@@ -1,6 +1,7 @@
 // Shared state of one document being written, and the section writers.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,6 +11,12 @@
 #include "model/Session.h"
 
 namespace morvanta {
+
+// The clip writers' lookups by track, file and clip id, built once per document.
+struct ClipIndex;
+
+// The GroupItemId of a clip that was left out of the document: no group item names it.
+inline constexpr std::int32_t kClipLeftOut = -1;
 
 struct DocumentWriter {
     Session& session;
@@ -21,6 +28,8 @@ struct DocumentWriter {
     int TrackIndex = 0;
     bool AnySolo = false;
     bool MasterWritten = false;
+
+    std::shared_ptr<const ClipIndex> clipIndex{};
 
     // One element a line, each ended by a single line feed.
     void Line(std::string_view text) {

@@ -2,6 +2,7 @@
 // (docs/format/document.md).
 #include "writer/ExportSesx.h"
 
+#include <cmath>
 #include <utility>
 
 #include "writer/DocumentWriter.h"
@@ -25,11 +26,20 @@ std::string VersionText() {
 // Exchange sort by (TrackOrdinal, Start), element 0 included; ties stay.
 void SortClipsForWriting(Session& session) {
     auto& clips = session.Clips;
+    auto greater = [](const Clip& a, const Clip& b) {
+        return a.TrackOrdinal > b.TrackOrdinal || (a.TrackOrdinal == b.TrackOrdinal && a.Start > b.Start);
+    };
+    // The assembly has sorted the clips already. On a list in order the
+    // exchange sort swaps nothing, so one look at each neighbour saves its
+    // quadratic walk.
+    bool inOrder = true;
+    for (std::size_t i = 0; inOrder && i < clips.size(); ++i) {
+        if (std::isnan(clips[i].Start) || (i + 1 < clips.size() && greater(clips[i], clips[i + 1]))) inOrder = false;
+    }
+    if (inOrder) return;
     for (std::size_t i = 0; i < clips.size(); ++i) {
         for (std::size_t j = i + 1; j < clips.size(); ++j) {
-            if (clips[i].TrackOrdinal > clips[j].TrackOrdinal ||
-                (clips[i].TrackOrdinal == clips[j].TrackOrdinal && clips[i].Start > clips[j].Start))
-                std::swap(clips[i], clips[j]);
+            if (greater(clips[i], clips[j])) std::swap(clips[i], clips[j]);
         }
     }
 }

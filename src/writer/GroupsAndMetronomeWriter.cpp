@@ -1,6 +1,8 @@
 // <clipGroups> and <metronome> (docs/format/document.md, "Groups and metronome").
 #include <array>
 #include <cmath>
+#include <unordered_map>
+#include <vector>
 
 #include "services/Conversions.h"
 #include "writer/DocumentWriter.h"
@@ -33,17 +35,24 @@ std::string BuildMetronomePattern(const std::string& pattern) {
 void WriteClipGroups(DocumentWriter& w) {
     const Session& s = w.session;
     if (s.ClipGroups.empty()) return;
+    // The members of each group, in list order. A clip left out of the
+    // document has no item either.
+    std::unordered_map<std::int32_t, std::vector<const Clip*>> members;
+    for (std::size_t i = 1; i < s.Clips.size(); ++i) {
+        const Clip& clip = s.Clips[i];
+        if (clip.GroupId > 0 && clip.GroupItemId != kClipLeftOut) members[clip.GroupId].push_back(&clip);
+    }
     w.Line("<clipGroups>");
     for (const ClipGroup& group : s.ClipGroups) {
+        // Unlike a clip's, a group's hue is a whole number of degrees.
         const double degrees = ScaleFromRange(0, 360, NormalizeToRange(0, 240, group.Hue));
         w.Line(R"(<clipGroup hue=")" + PlainNumberText(std::nearbyint(degrees)) + R"(" id=")" +
                PlainNumberText(static_cast<double>(group.GroupId) - 1) + R"(">)");
         w.Line("<name>Group " + PlainNumberText(group.GroupId) + "</name>");
-        for (std::size_t i = 1; i < s.Clips.size(); ++i) {
-            const Clip& clip = s.Clips[i];
-            if (clip.GroupId > 0 && clip.GroupId == group.GroupId)
-                w.Line(R"(<item clipID=")" + PlainNumberText(clip.GroupItemId) + R"(" trackID=")" +
-                       PlainNumberText(clip.TrackId) + R"("/>)");
+        if (const auto it = members.find(group.GroupId); it != members.end()) {
+            for (const Clip* clip : it->second)
+                w.Line(R"(<item clipID=")" + PlainNumberText(clip->GroupItemId) + R"(" trackID=")" +
+                       PlainNumberText(clip->TrackId) + R"("/>)");
         }
         w.Line("</clipGroup>");
     }

@@ -1,5 +1,6 @@
 #include "ExampleSessions.h"
 
+#include "BlockPayloads.h"
 #include "SesBuilder.h"
 #include "SessionPayloads.h"
 #include "TrackPayloads.h"
@@ -52,6 +53,7 @@ std::vector<NamedFile> FuzzSeeds() {
     seeds.push_back({"wide-list-small-entry.ses",
                      SesBuilder().Version("Audition 2.0").Chunk("WLST", Bytes().Text("wav ").Int32(2).Zeros(8)).Build()});
     for (NamedFile& seed : TrackFuzzSeeds()) seeds.push_back(std::move(seed));
+    AppendBlockFuzzSeeds(seeds);
     return seeds;
 }
 
