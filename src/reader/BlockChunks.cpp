@@ -7,6 +7,7 @@
 #include "model/VersionClasses.h"
 #include "reader/ChunkReaders.h"
 #include "reader/ReadError.h"
+#include "reader/ReadLimits.h"
 #include "services/Conversions.h"
 
 namespace morvanta {
@@ -27,26 +28,6 @@ constexpr std::int32_t kAud20SpecialTracksFrom = 250000;
 constexpr std::int32_t kAud20SpecialTracksTo = 260000;  // excluded
 
 // ---------------------------------------------------------------- bounds
-
-// A count read from the file must leave room for that many records of at
-// least `smallest` bytes between `first` and the end of the chunk, so that
-// no count can make a reader loop or allocate beyond what the chunk holds.
-void RequireCountFits(const ChunkHeader& chunk, std::int64_t countPosition, std::int32_t count,
-                      std::int64_t first, std::int64_t smallest, const char* what) {
-    if (count < 0) {
-        throw ReadError(countPosition, std::string("the ") + what + " count at offset " +
-                                           std::to_string(countPosition) + " is negative (" +
-                                           std::to_string(count) + ")");
-    }
-    const std::int64_t room = chunk.End() - first;
-    if (count > 0 && (room < 0 || count > room / smallest)) {
-        throw ReadError(countPosition,
-                        std::string("the ") + what + " count " + std::to_string(count) + " at offset " +
-                            std::to_string(countPosition) + " needs at least " +
-                            std::to_string(count * smallest) + " bytes, but the chunk has " +
-                            std::to_string(room < 0 ? 0 : room) + " from offset " + std::to_string(first));
-    }
-}
 
 // A record that runs from `start` to `next` must lie inside the chunk and
 // take at least its own `smallest` bytes.
@@ -219,7 +200,7 @@ std::int64_t ReadBk25Chunk(ReadContext& ctx, const ChunkHeader& chunk) {
     const std::int32_t count = f.Int32(p);
     const std::int32_t blockSize = f.Int32(p + 4);
     const std::int64_t first = Aud10(v) ? p + 12 : p + 8;
-    RequireCountFits(chunk, p, count, first, Aud10(v) ? kAud10Bk25RecordSize : kBk25RecordSize, "block");
+    RequireRoomBefore(chunk.End(), "chunk", p, count, Aud10(v) ? kAud10Bk25RecordSize : kBk25RecordSize, first, "block");
 
     TrackRows rows(ctx, chunk);
     std::int64_t position = first;
@@ -272,7 +253,7 @@ std::int64_t ReadBk20Chunk(ReadContext& ctx, const ChunkHeader& chunk) {
     const std::int64_t p = chunk.PayloadPosition;
     const std::int32_t count = f.Int32(p);
     const std::int64_t first = p + 8;
-    RequireCountFits(chunk, p, count, first, kBk20RecordSize, "block");
+    RequireRoomBefore(chunk.End(), "chunk", p, count, kBk20RecordSize, first, "block");
     for (std::int32_t i = 0; i < count; ++i) {
         const std::int64_t q = first + i * kBk20RecordSize;
         BlockRecord r = ReadCommonBlockFields(f, q);
@@ -293,7 +274,7 @@ std::int64_t ReadBlkChunk(ReadContext& ctx, const ChunkHeader& chunk) {
     const std::int64_t p = chunk.PayloadPosition;
     const std::int32_t count = f.Int32(p);
     const std::int64_t first = p + 4;
-    RequireCountFits(chunk, p, count, first, kBlkRecordSize, "block");
+    RequireRoomBefore(chunk.End(), "chunk", p, count, kBlkRecordSize, first, "block");
     const BlkLayout layout = BlkLayoutOf(v);
     TrackRows rows(ctx, chunk);
     for (std::int32_t i = 0; i < count; ++i) {
@@ -325,7 +306,7 @@ std::int64_t ReadBlk2Chunk(ReadContext& ctx, const ChunkHeader& chunk) {
     const std::int64_t p = chunk.PayloadPosition;
     const std::int32_t count = f.Int32(p);
     const std::int64_t first = p + 4;
-    RequireCountFits(chunk, p, count, first, kBlk2RecordSize, "block colour");
+    RequireRoomBefore(chunk.End(), "chunk", p, count, kBlk2RecordSize, first, "block colour");
     // Appended: the list is not emptied by a second chunk.
     for (std::int32_t i = 0; i < count; ++i) {
         const std::int64_t q = first + i * kBlk2RecordSize;

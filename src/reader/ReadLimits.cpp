@@ -6,16 +6,16 @@
 
 namespace morvanta {
 
-void RequireRoomFor(const ByteReader& file, std::int64_t countPosition, std::int64_t count,
-                    std::int64_t itemSize, std::int64_t firstItem, std::string_view what) {
+void RequireRoomBefore(std::int64_t end, std::string_view container, std::int64_t countPosition,
+                       std::int64_t count, std::int64_t itemSize, std::int64_t firstItem, std::string_view what) {
     if (count <= 0) return;
-    const std::int64_t room = firstItem >= 0 && firstItem <= file.Size() ? file.Size() - firstItem : 0;
+    const std::int64_t room = firstItem >= 0 && firstItem <= end ? end - firstItem : 0;
     if (count <= room / itemSize) return;
     throw ReadError(countPosition, "the " + std::string(what) + " count " + std::to_string(count) +
                                        " at offset " + std::to_string(countPosition) + " needs at least " +
                                        std::to_string(count * itemSize) + " bytes from offset " +
-                                       std::to_string(firstItem) + ", but the file has " +
-                                       std::to_string(room) + " there");
+                                       std::to_string(firstItem) + ", but the " + std::string(container) +
+                                       " has " + std::to_string(room) + " there");
 }
 
 void RequireLoopCounter16(std::int64_t countPosition, std::int32_t count, std::string_view what) {

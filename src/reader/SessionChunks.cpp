@@ -3,6 +3,7 @@
 #include "model/VersionClasses.h"
 #include "reader/ChunkReaders.h"
 #include "reader/ReadError.h"
+#include "reader/ReadLimits.h"
 #include "writer/NumberText.h"
 
 namespace morvanta {
@@ -27,25 +28,6 @@ constexpr std::int32_t kRegionCueType = 'r' | ('g' << 8) | ('n' << 16) | (' ' <<
 
 // The low 16 bits, as a value held in a 16-bit field.
 std::int32_t Low16(std::int32_t value) { return static_cast<std::int16_t>(value & 0xFFFF); }
-
-// A count read from the file must fit its records into the bytes left behind
-// `position`, before anything is allocated or looped over.
-void RequireRecords(const ByteReader& file, std::int64_t countAt, std::int64_t position, std::int64_t count,
-                    std::int64_t recordBytes, const char* what) {
-    if (count <= 0) return;
-    const std::int64_t left = file.Size() - position;
-    if (left >= 0 && count <= left / recordBytes) return;
-    throw ReadError(countAt, "the " + std::string(what) + " count " + std::to_string(count) + " at offset " +
-                                 std::to_string(countAt) + " needs at least " +
-                                 std::to_string(count * recordBytes) + " bytes, but the file has " +
-                                 std::to_string(left < 0 ? 0 : left) + " left");
-}
-
-void RequireLength(std::int32_t length, std::int64_t at, const char* what) {
-    if (length >= 0) return;
-    throw ReadError(at, "the " + std::string(what) + " length at offset " + std::to_string(at) + " is negative (" +
-                            std::to_string(length) + ")");
-}
 
 }  // namespace
 
@@ -98,7 +80,7 @@ std::int64_t ReadGroupChunk(ReadContext& ctx, const ChunkHeader& chunk) {
     const ByteReader& file = ctx.file;
     const std::int64_t p = chunk.PayloadPosition;
     const std::int32_t count = file.Int32(p);
-    RequireRecords(file, p, p + 4, count, kGroupRecordBytes, "group");
+    RequireRoomFor(file, p, count, kGroupRecordBytes, p + 4, "group");
     const bool ce2000 = Ce2000(ctx.session.SesVersion);
     for (std::int32_t i = 0; i < count; ++i) {
         const std::int64_t record = p + 4 + i * kGroupRecordBytes;
@@ -127,7 +109,7 @@ std::int64_t ReadCueChunk(ReadContext& ctx, const ChunkHeader& chunk) {
     // The count is a 16-bit number of the session.
     const std::int32_t count = Low16(file.Int32(p));
     if (chunk.PayloadLength <= 0) return chunk.End();
-    RequireRecords(file, p, p + 4, count, kSmallestCueBytes, "cue");
+    RequireRoomFor(file, p, count, kSmallestCueBytes, p + 4, "cue");
     const bool pro12 = Pro12(ctx.session.SesVersion);
     std::int64_t at = p + 4;
     for (std::int32_t i = 0; i < count; ++i) {
@@ -160,7 +142,7 @@ std::int64_t ReadLoopChunk(ReadContext& ctx, const ChunkHeader& chunk) {
     const ByteReader& file = ctx.file;
     const std::int64_t p = chunk.PayloadPosition;
     const std::int32_t count = file.Int32(p);
-    RequireRecords(file, p, p + 4, count, kLoopRecordBytes, "stretch record");
+    RequireRoomFor(file, p, count, kLoopRecordBytes, p + 4, "stretch record");
     for (std::int32_t i = 0; i < count; ++i) {
         const std::int64_t record = p + 4 + i * kLoopRecordBytes;
         file.Require(record, kLoopRecordBytes, "a stretch record");
@@ -177,12 +159,10 @@ std::int64_t ReadMetronomeChunk(ReadContext& ctx, const ChunkHeader& chunk) {
     const std::int64_t p = chunk.PayloadPosition;
     s.MetronomeSoundSet = file.Int32(p + 40);
     s.MetronomeEnabled = file.Int32(p + 44);
-    const std::int32_t unusedLength = file.Int32(p + 48);
-    RequireLength(unusedLength, p + 48, "metronome text");
+    const std::int64_t unusedLength = ReadLength(file, p + 48, "metronome text");
     file.Require(p + 52, unusedLength, "the first metronome text");
     const std::int64_t patternAt = p + 52 + unusedLength;
-    const std::int32_t patternLength = file.Int32(patternAt);
-    RequireLength(patternLength, patternAt, "metronome pattern");
+    const std::int64_t patternLength = ReadLength(file, patternAt, "metronome pattern");
     const auto pattern = file.Bytes(patternAt + 4, patternLength);
     std::string text;
     for (std::uint8_t b : pattern) {
