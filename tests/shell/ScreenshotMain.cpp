@@ -1,0 +1,61 @@
+// morvanta-screenshot OUT.png: shows the main window over a folder of built
+// sessions, as a user sees it after a scan, and saves a picture of it.
+// Its settings live in a temporary folder; the user's are never read.
+#include <QApplication>
+#include <QPixmap>
+#include <QStandardPaths>
+#include <QTimer>
+
+#include <cstdio>
+
+#include "ShellTestSupport.h"
+#include "shell/MainWindow.h"
+#include "shell/ShellSettings.h"
+
+using namespace morvanta::shell;
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::fprintf(stderr, "usage: morvanta-screenshot OUT.png\n");
+        return 2;
+    }
+    QStandardPaths::setTestModeEnabled(true);
+    QApplication app(argc, argv);
+
+    QTemporaryDir dir;
+    const QString sessions = dir.filePath(QStringLiteral("Sessions"));
+    testing::WriteExampleSessions(sessions);
+    testing::WriteExampleSessions(sessions + QStringLiteral("/2004 Archive"));
+
+    auto store = testing::TemporarySettings(dir);
+    ShellSettings settings;
+    settings.LastDir = sessions;
+    settings.TargDir = dir.filePath(QStringLiteral("Converted"));
+    settings.AutoRefresh = true;
+    settings.ScanSubfolders = true;
+    settings.Language = 11;
+    SaveSettings(*store, settings);
+
+    MainWindow window(std::move(store), std::make_unique<testing::ScriptedPrompts>());
+    QObject::connect(&window, &MainWindow::ScanFinished, &window, [&] {
+        // A few ticks, so the picture shows them.
+        QTimer::singleShot(300, &window, [&] {
+            if (qEnvironmentVariableIsSet("MORVANTA_DEBUG_SIZES"))
+                for (QWidget* w : window.findChildren<QWidget*>())
+                    if (!w->objectName().isEmpty() && w->isVisible())
+                        std::fprintf(stderr, "%s min %d hint %d actual %d\n", qPrintable(w->objectName()),
+                                     w->minimumSizeHint().width(), w->sizeHint().width(), w->width());
+            const QPixmap picture = window.grab();
+            const bool saved = picture.save(QString::fromLocal8Bit(argv[1]));
+            std::fprintf(stderr, "%s %s (%dx%d)\n", saved ? "saved" : "could not save", argv[1], picture.width(),
+                         picture.height());
+            QApplication::exit(saved ? 0 : 1);
+        });
+    });
+    window.Start();
+    QTimer::singleShot(30000, &app, [] {
+        std::fprintf(stderr, "the scan did not finish\n");
+        QApplication::exit(1);
+    });
+    return app.exec();
+}
