@@ -3,9 +3,9 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QStyle>
 #include <QVBoxLayout>
 
+#include "shell/AppIcon.h"
 #include "shell/ShellTexts.h"
 
 namespace morvanta::shell {
@@ -19,9 +19,7 @@ AboutBox::AboutBox(QWidget* owner) : QDialog(owner) {
 
     auto* icon = new QLabel(this);
     icon->setObjectName("ApplicationIcon");
-    const QIcon appIcon = owner && !owner->windowIcon().isNull() ? owner->windowIcon()
-                                                                  : style()->standardIcon(QStyle::SP_DriveHDIcon);
-    icon->setPixmap(appIcon.pixmap(64, 64));
+    icon->setPixmap(ApplicationIcon().pixmap(96, 96));
     icon->setAlignment(Qt::AlignTop);
 
     auto* name = new QLabel(kProgramTitle, this);
@@ -51,9 +49,10 @@ AboutBox::AboutBox(QWidget* owner) : QDialog(owner) {
     auto* texts = new QVBoxLayout;
     texts->addWidget(name);
     texts->addWidget(version);
-    texts->addSpacing(16);
+    texts->addSpacing(24);
     texts->addWidget(purpose);
-    texts->addSpacing(16);
+    texts->addSpacing(24);
+    texts->addWidget(new QLabel(QStringLiteral("The project's web page:"), this));
     texts->addWidget(link);
     texts->addStretch(1);
     texts->addWidget(hint);

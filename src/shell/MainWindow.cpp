@@ -33,6 +33,7 @@
 
 #include "services/Recoding.h"
 #include "shell/AboutBox.h"
+#include "shell/AppIcon.h"
 #include "shell/BackgroundWork.h"
 #include "shell/Dirtree.h"
 #include "shell/ListModels.h"
@@ -81,6 +82,7 @@ MainWindow::MainWindow(std::unique_ptr<QSettings> store, std::unique_ptr<Prompts
       work_(new BackgroundWork(this)) {
     setObjectName("Main");
     setWindowTitle(kProgramTitle);
+    setWindowIcon(ApplicationIcon());
     BuildControls();
     BuildMenus();
     SetTabOrder();
@@ -365,7 +367,13 @@ void MainWindow::Start(const QStringList& treeRoots) {
         startScan_ = true;
     }
     SESFileRefresh();
-    if (!scanning_) startScan_ = false;
+    if (!scanning_ && progressStatus_) {
+        // The user said no to the scan.
+        startScan_ = false;
+        progressStatus_->hide();
+        progressStatus_->deleteLater();
+        progressStatus_ = nullptr;
+    }
 }
 
 void MainWindow::ApplySettings(const ShellSettings& s) {

@@ -48,6 +48,7 @@ OverwriteDialog::OverwriteDialog(const QString& message, int lastAnswer, QWidget
     messageLabel_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
 
     auto* messageRow = new QHBoxLayout;
+    messageRow->setSpacing(12);
     messageRow->addWidget(image);
     messageRow->addWidget(messageLabel_, 1);
 
@@ -63,6 +64,8 @@ OverwriteDialog::OverwriteDialog(const QString& message, int lastAnswer, QWidget
     for (int i = 0; i + 1 < 4; ++i) setTabOrder(buttons_[static_cast<std::size_t>(i)], buttons_[static_cast<std::size_t>(i + 1)]);
 
     auto* frameLayout = new QVBoxLayout(frame);
+    frameLayout->setContentsMargins(10, 12, 10, 10);
+    frameLayout->setSpacing(12);
     frameLayout->addLayout(messageRow, 1);
     frameLayout->addLayout(buttonRow);
 

@@ -1,5 +1,7 @@
-// morvanta-screenshot OUT.png: shows the main window over a folder of built
-// sessions, as a user sees it after a scan, and saves a picture of it.
+// morvanta-screenshot OUT.png [OVERWRITE.png ABOUT.png]: shows the main
+// window over a folder of built sessions, as a user sees it after a scan,
+// and saves a picture of it; and of the overwrite prompt and the About box
+// when asked.
 // Its settings live in a temporary folder; the user's are never read.
 #include <QApplication>
 #include <QPixmap>
@@ -9,14 +11,32 @@
 #include <cstdio>
 
 #include "ShellTestSupport.h"
+#include "run/ConversionRun.h"
+#include "shell/AboutBox.h"
 #include "shell/MainWindow.h"
+#include "shell/OverwriteDialog.h"
+#include "shell/ShellTexts.h"
 #include "shell/ShellSettings.h"
 
 using namespace morvanta::shell;
 
+namespace {
+
+bool Save(QWidget& widget, const char* path) {
+    widget.show();
+    QApplication::processEvents();
+    const QPixmap picture = widget.grab();
+    const bool saved = picture.save(QString::fromLocal8Bit(path));
+    std::fprintf(stderr, "%s %s (%dx%d)\n", saved ? "saved" : "could not save", path, picture.width(),
+                 picture.height());
+    return saved;
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::fprintf(stderr, "usage: morvanta-screenshot OUT.png\n");
+    if (argc != 2 && argc != 4) {
+        std::fprintf(stderr, "usage: morvanta-screenshot OUT.png [OVERWRITE.png ABOUT.png]\n");
         return 2;
     }
     QStandardPaths::setTestModeEnabled(true);
@@ -45,10 +65,15 @@ int main(int argc, char** argv) {
                     if (!w->objectName().isEmpty() && w->isVisible())
                         std::fprintf(stderr, "%s min %d hint %d actual %d\n", qPrintable(w->objectName()),
                                      w->minimumSizeHint().width(), w->sizeHint().width(), w->width());
-            const QPixmap picture = window.grab();
-            const bool saved = picture.save(QString::fromLocal8Bit(argv[1]));
-            std::fprintf(stderr, "%s %s (%dx%d)\n", saved ? "saved" : "could not save", argv[1], picture.width(),
-                         picture.height());
+            bool saved = Save(window, argv[1]);
+            if (argc == 4) {
+                OverwriteDialog overwrite(DisplayText(morvanta::OverwriteMessage(
+                                              (sessions + QStringLiteral("/audition-3.0.sesx")).toStdString())),
+                                          morvanta::kOverwrite, &window);
+                saved = Save(overwrite, argv[2]) && saved;
+                AboutBox about(&window);
+                saved = Save(about, argv[3]) && saved;
+            }
             QApplication::exit(saved ? 0 : 1);
         });
     });
