@@ -30,10 +30,9 @@ void BackgroundWork::Stop() {
     if (stop_) stop_->store(true);
 }
 
-void BackgroundWork::Post(std::function<void()> call) {
-    // The flag of this piece of work: posts of work that was stopped and
+void BackgroundWork::Post(const std::shared_ptr<std::atomic<bool>>& flag, std::function<void()> call) {
+    // Each piece of work has its own flag: posts of work that was stopped and
     // replaced are dropped.
-    const std::shared_ptr<std::atomic<bool>> flag = stop_;
     QMetaObject::invokeMethod(
         this,
         [this, flag, call = std::move(call)] {
@@ -56,11 +55,11 @@ bool BackgroundWork::StartScan(const std::string& folder, ScanOptions options, S
     auto shared = std::make_shared<ScanHandlers>(std::move(handlers));
     options.OnFolder = [this, stop, shared](const std::string& at) {
         if (stop->load()) return false;
-        if (shared->Folder) Post([shared, at] { shared->Folder(at); });
+        if (shared->Folder) Post(stop, [shared, at] { shared->Folder(at); });
         return true;
     };
-    options.OnSession = [this, shared](const FoundSession& found) {
-        if (shared->Session) Post([shared, found] { shared->Session(found); });
+    options.OnSession = [this, stop, shared](const FoundSession& found) {
+        if (shared->Session) Post(stop, [shared, found] { shared->Session(found); });
     };
     Launch([folder, options, result] { *result = FullDirFileList(folder, options); },
            [shared, result] {
@@ -78,17 +77,17 @@ bool BackgroundWork::StartRun(std::vector<RunRow> rows, RunSettings settings, Ru
 
     RunCallbacks callbacks;
     callbacks.ShouldStop = [stop] { return stop->load(); };
-    callbacks.Progress = [this, shared](const RunProgress& progress) {
-        if (shared->Progress) Post([shared, progress] { shared->Progress(progress); });
+    callbacks.Progress = [this, stop, shared](const RunProgress& progress) {
+        if (shared->Progress) Post(stop, [shared, progress] { shared->Progress(progress); });
     };
-    callbacks.FileDone = [this, shared](const FileOutcome& outcome) {
-        if (shared->FileDone) Post([shared, outcome] { shared->FileDone(outcome); });
+    callbacks.FileDone = [this, stop, shared](const FileOutcome& outcome) {
+        if (shared->FileDone) Post(stop, [shared, outcome] { shared->FileDone(outcome); });
     };
     callbacks.AskOverwrite = [this, stop, shared](const std::string& message, const std::string&) {
         if (!shared->AskOverwrite) return kSkipFile;
         auto answer = std::make_shared<std::promise<int>>();
         std::future<int> future = answer->get_future();
-        Post([shared, stop, answer, message] {
+        Post(stop, [shared, stop, answer, message] {
             answer->set_value(stop->load() ? kCancelRun : shared->AskOverwrite(message));
         });
         // Waits for the user, but not past a stop: the window may be going.

@@ -51,8 +51,9 @@ public:
 private:
     // Runs `work` on the worker thread and `done` here once it has ended.
     void Launch(std::function<void()> work, std::function<void()> done);
-    // Calls `call` here from the worker, unless the work has been replaced.
-    void Post(std::function<void()> call);
+    // Calls `call` here from the worker, unless the work of `flag` has been
+    // replaced.
+    void Post(const std::shared_ptr<std::atomic<bool>>& flag, std::function<void()> call);
 
     QFutureWatcher<void> watcher_;
     std::shared_ptr<std::atomic<bool>> stop_;

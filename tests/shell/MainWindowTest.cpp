@@ -284,6 +284,40 @@ private slots:
                 !window.findChild<QWidget*>("ProgressStatus")->isVisible());
     }
 
+    void ClosingDuringARunEndsItAfterTheCurrentFile() {
+        QTemporaryDir dir;
+        const QString sessions = dir.filePath("Sessions");
+        support::WriteExampleSessions(sessions);
+        WriteText(sessions + "/audition-1.0.sesx", "old");
+        auto store = support::TemporarySettings(dir);
+        ShellSettings settings;
+        settings.LastDir = sessions;
+        settings.AutoRefresh = true;
+        SaveSettings(*store, settings);
+        auto owned = std::make_unique<support::ScriptedPrompts>();
+        support::ScriptedPrompts& prompts = *owned;
+        MainWindow window(std::move(store), std::move(owned));
+        QSignalSpy scans(&window, &MainWindow::ScanFinished);
+        QSignalSpy runs(&window, &MainWindow::RunFinished);
+        window.Start({dir.path()});
+        QVERIFY(scans.wait(10000));
+        QTest::mouseClick(Control<QPushButton>(window, "FileActionButton0"), Qt::LeftButton);
+
+        // The window is closed while the first file is asked about.
+        prompts.WhileAskingOverwrite = [&window] { window.close(); };
+        prompts.Shown.clear();
+        QTest::mouseClick(Control<QPushButton>(window, "ConvertButton"), Qt::LeftButton);
+        QVERIFY(window.isVisible());
+        QVERIFY(runs.wait(20000));
+        QVERIFY(!window.isVisible());
+        QCOMPARE(prompts.Shown.size(), std::size_t{1});  // the question before the run, no summary
+        QVERIFY(ReadText(sessions + "/audition-1.0.sesx").startsWith("<?xml"));
+        QVERIFY(!QFile::exists(sessions + "/audition-1.5.sesx"));
+        QCOMPARE(window.Sessions().NumberChecked(), 8);
+        auto stored = support::TemporarySettings(dir);
+        QCOMPARE(LoadSettings(*stored, "/program").LastDir, QDir::cleanPath(sessions));
+    }
+
     void ASecondStartHandsOverToTheFirst() {
         const QString name = QStringLiteral("MorvantaTest-%1").arg(QCoreApplication::applicationPid());
         SingleInstance second(name);

@@ -10,6 +10,7 @@
 #include <QTemporaryDir>
 
 #include <deque>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -55,6 +56,7 @@ public:
     std::vector<int> OverwriteFocus;  // the last answer each prompt was given
     std::vector<QString> OverwriteMessages;
     QString PickedFolder;
+    std::function<void()> WhileAskingOverwrite;  // something the user does meanwhile
 
     void Tell(QMessageBox::Icon icon, const QString& caption, const QString& text,
               const QStringList& details) override {
@@ -70,6 +72,7 @@ public:
     int AskOverwrite(const QString& message, int lastAnswer) override {
         OverwriteMessages.push_back(message);
         OverwriteFocus.push_back(lastAnswer);
+        if (WhileAskingOverwrite) WhileAskingOverwrite();
         if (OverwriteAnswers.empty()) return 0;
         const int answer = OverwriteAnswers.front();
         OverwriteAnswers.pop_front();
