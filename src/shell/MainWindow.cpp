@@ -162,7 +162,8 @@ void MainWindow::BuildControls() {
     fileList_->header()->setSectionsClickable(true);
     fileList_->header()->setStretchLastSection(false);
     fileList_->header()->setSortIndicatorShown(false);
-    fileList_->setTextElideMode(Qt::ElideMiddle);
+    // A cut folder keeps its end, where folders of one scan differ.
+    fileList_->setTextElideMode(Qt::ElideLeft);
     auto* label1 = new QLabel(QStringLiteral("Total Files"), fileFrame_);
     label1->setObjectName("Label1");
     totFilesLabel_ = new QLabel(QStringLiteral("0"), fileFrame_);
