@@ -6,7 +6,7 @@ JOBS ?= $(shell nproc)
 WERROR ?= ON
 CMAKE_FLAGS ?=
 
-.PHONY: all deps build demo test asan bench examples fuzz clean
+.PHONY: all deps build demo test asan bench examples fuzz screenshot clean
 
 all: build
 
@@ -41,6 +41,12 @@ bench: deps
 examples: build
 	@./$(BUILD)/tests/make-examples examples fuzz/corpus
 	@echo "examples/ and fuzz/corpus/ rewritten"
+
+# A picture of the window over a scanned folder of built sessions, taken
+# under Xvfb (the settings of the picture live in a temporary folder).
+screenshot: build
+	@mkdir -p out
+	@xvfb-run -a -s "-screen 0 1280x800x24" ./$(BUILD)/tests/shell/morvanta-screenshot out/screenshot.png
 
 # Coverage-guided fuzzing with libFuzzer (clang); FUZZ_SECONDS long.
 FUZZ_SECONDS ?= 60

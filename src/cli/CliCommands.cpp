@@ -6,12 +6,14 @@
 #include <fstream>
 #include <iomanip>
 #include <iostream>
+#include <optional>
 #include <sstream>
 
 #include "model/VersionClasses.h"
 #include "reader/ImportSes.h"
 #include "run/ConversionRun.h"
 #include "run/Discovery.h"
+#include "services/Recoding.h"
 
 namespace morvanta::cli {
 namespace fs = std::filesystem;
@@ -120,9 +122,30 @@ int AskOnTerminal(const std::string& targetPath, std::ostream& err) {
 
 }  // namespace
 
+std::string LanguageNames() {
+    std::string names;
+    for (const LanguageRow& row : LanguageTable) {
+        if (!names.empty()) names += ", ";
+        names += "\"" + std::string(row.Language) + "\" (" + std::string(row.Charset) + ")";
+    }
+    return names;
+}
+
 int RunConvert(const ConvertCommand& command, std::ostream& out, std::ostream& err) {
     RunSettings settings;
     settings.Convert.NoPathNames = command.NoPathNames;
+    if (!command.Language.empty()) {
+        const std::optional<std::string> charset = CharsetForLanguage(command.Language);
+        if (!charset) {
+            err << "morvanta: unknown language or charset \"" << command.Language << "\"; use one of "
+                << LanguageNames() << ", or a charset name that iconv knows\n";
+            return kExitUsage;
+        }
+        // As the window's language box: wide names are read and the
+        // document is recoded afterwards.
+        settings.Convert.NonEnglish = true;
+        settings.Convert.Charset = *charset;
+    }
     if (!command.OutFolder.empty()) {
         std::error_code ec;
         if (!fs::is_directory(command.OutFolder, ec)) {

@@ -35,6 +35,9 @@ struct InfoCommand {
     bool Json = false;
 };
 
+// The language names of the recoding with their charsets, for messages.
+std::string LanguageNames();
+
 int RunConvert(const ConvertCommand& command, std::ostream& out, std::ostream& err);
 int RunScan(const ScanCommand& command, std::ostream& out, std::ostream& err);
 int RunInfo(const InfoCommand& command, std::ostream& out, std::ostream& err);

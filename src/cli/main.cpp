@@ -31,6 +31,11 @@ int main(int argc, char** argv) {
     convertApp->add_flag("--no-path-names", convert.NoPathNames,
                          "List media files by name only, without their folders");
     convertApp->add_flag("--recursive,-r", convert.Recursive, "Also convert the sessions of sub-folders");
+    convertApp->add_option("--language", convert.Language,
+                           "Recode each document to UTF-8 from the code page of this language: one of "
+                           "\"Central European\", \"Cyrillic\", \"Greek\", \"Japanese 1\", \"Japanese 2\", "
+                           "\"Korean\", \"Russian\", \"Simple Chinese\", \"Thai\", \"Traditional Chinese\", "
+                           "\"Vietnamese\", \"Western\", or a charset name such as ISO-8859-2");
     convertApp->add_flag("--json", convert.Json, "Print one JSON document instead of lines");
 
     ScanCommand scan;

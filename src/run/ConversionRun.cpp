@@ -1,6 +1,9 @@
 #include "run/ConversionRun.h"
 
 #include <filesystem>
+#include <stdexcept>
+
+#include "services/Recoding.h"
 
 namespace morvanta {
 namespace {
@@ -69,6 +72,18 @@ std::string SummaryText(int convertedCount, int checkedCount) {
            " files successfully converted.";
 }
 
+std::vector<std::string> ProblemLines(const RunSummary& summary) {
+    std::vector<std::string> lines;
+    for (const FileOutcome& outcome : summary.Outcomes) {
+        if (outcome.Status == FileStatus::Refused) lines.push_back(outcome.SourcePath + ": " + outcome.Message);
+        // A failure message names the path itself.
+        if (outcome.Status == FileStatus::Failed) lines.push_back(outcome.Message);
+        for (const Diagnostic& warning : outcome.Warnings)
+            lines.push_back(outcome.SourcePath + ": warning: " + warning.Message);
+    }
+    return lines;
+}
+
 RunSummary RunConversion(std::vector<RunRow>& rows, const RunSettings& settings, const RunCallbacks& callbacks) {
     RunSummary summary;
     summary.CheckedCount = GetNumberChecked(rows);
@@ -77,6 +92,10 @@ RunSummary RunConversion(std::vector<RunRow>& rows, const RunSettings& settings,
     for (std::size_t i = 0; i < rows.size(); ++i) {
         RunRow& row = rows[i];
         if (!row.Checked) continue;
+        if (callbacks.ShouldStop && callbacks.ShouldStop()) {
+            summary.Cancelled = true;
+            break;
+        }
 
         FileOutcome outcome;
         outcome.Row = i;
@@ -111,6 +130,17 @@ RunSummary RunConversion(std::vector<RunRow>& rows, const RunSettings& settings,
         outcome.Warnings = std::move(result.Warnings);
         if (outcome.Status == FileStatus::Failed) outcome.Message = DescribeFailure(outcome.SourcePath, result);
         else if (outcome.Status != FileStatus::Converted) outcome.Message = result.Message;
+        // Only a document written now is recoded: a refused or failed file
+        // has none, and an older document of the same name is left alone.
+        if (outcome.Status == FileStatus::Converted && !settings.Convert.Charset.empty()) {
+            try {
+                RecodeToUtf8(outcome.TargetPath, settings.Convert.Charset);
+            } catch (const std::exception& error) {
+                outcome.Status = FileStatus::Failed;
+                outcome.Message = outcome.TargetPath + ": the document could not be recoded from " +
+                                  settings.Convert.Charset + ": " + error.what();
+            }
+        }
 
         row.Checked = false;
         ++summary.ConvertedCount;

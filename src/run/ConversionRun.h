@@ -65,6 +65,9 @@ struct RunCallbacks {
     std::function<int(const std::string& message, const std::string& targetPath)> AskOverwrite;
     std::function<void(const RunProgress&)> Progress;  // before each file is read
     std::function<void(const FileOutcome&)> FileDone;  // after each row that was handled
+    // Asked before each row; true ends the run there, as a cancel does (a
+    // window that is being closed).
+    std::function<bool()> ShouldStop;
 };
 
 struct RunSummary {
@@ -91,5 +94,8 @@ inline constexpr std::string_view kNoFilesSelected = "There are no selected item
 std::string ConfirmationText(int checkedCount, const RunSettings& settings);
 std::string OverwriteMessage(const std::string& targetPath);
 std::string SummaryText(int convertedCount, int checkedCount);
+// One line for each refused or failed file and each warning, in run order,
+// for the list a front end shows after the summary.
+std::vector<std::string> ProblemLines(const RunSummary& summary);
 
 }  // namespace morvanta

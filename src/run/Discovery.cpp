@@ -97,6 +97,7 @@ void ScanOne(const fs::path& folder, const ScanOptions& options, ScanResult& res
         }
         found.Bytes = static_cast<std::int64_t>(entry.file_size(typeError));
         found.Created = CreatedTime(path);
+        if (options.OnSession) options.OnSession(found);
         result.Sessions.push_back(std::move(found));
     }
     if (!options.Recurse) return;

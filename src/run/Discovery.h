@@ -58,6 +58,9 @@ struct ScanOptions {
     bool IncludeUnlisted = false;
     // Called at the start of each folder; returning false stops the scan.
     std::function<bool(const std::string& folder)> OnFolder;
+    // Called for each session as it is added, so a list can fill while the
+    // scan goes on.
+    std::function<void(const FoundSession&)> OnSession;
 };
 
 // Lists the "*.ses" files (case-sensitive) of a folder, and of all folders

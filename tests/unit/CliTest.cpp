@@ -79,6 +79,26 @@ TEST(Cli, UsageErrorsExitTwo) {
     EXPECT_EQ(RunCli("convert --help").Exit, 0);
 }
 
+TEST(Cli, LanguageRecodesEachDocumentAndAnUnknownNameIsAUsageError) {
+    TempDir dir;
+    WriteFile(dir / "a.ses", SesBuilder().Version("Audition 3.0").Build());
+    CliRun run = RunCli("convert --language Cyrillic " + Quote(dir / "a.ses"));
+    EXPECT_EQ(run.Exit, 0) << run.Out;
+    EXPECT_TRUE(ReadFile(dir / "a.sesx").starts_with("\xEF\xBB\xBF<?xml version=")) << ReadFile(dir / "a.sesx");
+    EXPECT_EQ(RunCli("convert --overwrite=all --language windows-1252 " + Quote(dir / "a.ses")).Exit, 0);
+
+    std::filesystem::remove(dir / "a.sesx");
+    run = RunCli("convert --language Klingon " + Quote(dir / "a.ses"));
+    EXPECT_EQ(run.Exit, 2);
+    EXPECT_EQ(run.Out,
+              "morvanta: unknown language or charset \"Klingon\"; use one of \"Central European\" (ISO-8859-2), "
+              "\"Cyrillic\" (WINDOWS-1251), \"Greek\" (ISO-8859-7), \"Japanese 1\" (SHIFT-JIS), \"Japanese 2\" "
+              "(X-EUC), \"Korean\" (EUC-KR), \"Russian\" (koi8-r), \"Simple Chinese\" (GB2312), \"Thai\" "
+              "(WINDOWS-874), \"Traditional Chinese\" (BIG5), \"Vietnamese\" (WINDOWS-1258), \"Western\" "
+              "(ISO-8859-1), or a charset name that iconv knows\n");
+    EXPECT_FALSE(std::filesystem::exists(dir / "a.sesx"));
+}
+
 TEST(Cli, ScanListsSessionsWithTheirVersions) {
     TempDir dir;
     std::filesystem::create_directories(dir / "sub");

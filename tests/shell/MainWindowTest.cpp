@@ -1,0 +1,348 @@
+// The window as a user drives it: the start over the last folder, ticking,
+// a conversion with its questions and messages, the type filter, scanning
+// by hand, the root-folder question, and the settings written at the end.
+// Every box is answered by script and its text compared in full.
+#include <QtTest>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTreeView>
+
+#include "ShellTestSupport.h"
+#include "run/ConversionRun.h"
+#include "run/Discovery.h"
+#include "shell/Dirtree.h"
+#include "shell/DirtreeModel.h"
+#include "shell/MainWindow.h"
+#include "shell/ShellTexts.h"
+#include "shell/SingleInstance.h"
+
+using namespace morvanta;
+using namespace morvanta::shell;
+namespace support = morvanta::shell::testing;
+using morvanta::testing::Bytes;
+using morvanta::testing::SesBuilder;
+
+namespace {
+
+QStringList Files(const MainWindow& window) {
+    QStringList files;
+    for (int i = 0; i < window.Sessions().Count(); ++i) files << QString::fromStdString(window.Sessions().Row(i).File);
+    return files;
+}
+
+QString ReadText(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromLatin1(file.readAll()) : QString();
+}
+
+void WriteText(const QString& path, const QByteArray& text) {
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write(text);
+}
+
+template <typename T>
+T* Control(const MainWindow& window, const char* name) {
+    T* control = window.findChild<T*>(QString::fromLatin1(name));
+    if (!control) qFatal("no control %s", name);
+    return control;
+}
+
+void ClickRow(QTreeView* view, int row) {
+    const QRect at = view->visualRect(view->model()->index(row, 1 < view->model()->columnCount() ? 1 : 0));
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, at.center());
+}
+
+const QStringList kExampleFiles{"audition-1.0.ses",      "audition-1.5.ses",       "audition-2.0.ses",
+                                "audition-3.0.ses",      "cool-edit-2000.ses",     "cool-edit-pro-1.2.ses",
+                                "cool-edit-pro-1.2a.ses", "cool-edit-pro-2.00.ses", "cool-edit-pro-2.1.ses"};
+
+}  // namespace
+
+class MainWindowTest : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase() { QStandardPaths::setTestModeEnabled(true); }
+
+    void ScanTickConvertAndRemember() {
+        QTemporaryDir dir;
+        const QString sessions = dir.filePath("Sessions");
+        const QString folder = sessions + "/";
+        support::WriteExampleSessions(sessions);
+        support::WriteBytes(sessions + "/UPPER.SES", SesBuilder().Version("Audition 3.0").Build());
+        WriteText(sessions + "/notes.txt", "not a session");
+        QDir().mkpath(sessions + "/sub");
+        support::WriteBytes(sessions + "/sub/deep.ses", SesBuilder().Version("Audition 2.0").Build());
+
+        auto store = support::TemporarySettings(dir);
+        ShellSettings settings;
+        settings.LastDir = sessions;
+        settings.TargDir = dir.path();
+        settings.AutoRefresh = true;
+        SaveSettings(*store, settings);
+
+        auto owned = std::make_unique<support::ScriptedPrompts>();
+        support::ScriptedPrompts& prompts = *owned;
+        MainWindow window(std::move(store), std::move(owned));
+        QSignalSpy scans(&window, &MainWindow::ScanFinished);
+        QSignalSpy runs(&window, &MainWindow::RunFinished);
+
+        // The start scans the last folder, as "A&uto Refresh" is ticked.
+        window.Start({dir.path()});
+        QCOMPARE(window.windowTitle(), QStringLiteral("Morvanta - Version 1.5.00"));
+        QVERIFY(scans.wait(10000));
+        QCOMPARE(Files(window), kExampleFiles);
+        QCOMPARE(window.CurrentFolder(), QDir::cleanPath(sessions));
+        QCOMPARE(window.FolderTree()->SelectedKey(), QDir::cleanPath(sessions));
+        QCOMPARE(QString::fromStdString(window.Sessions().Row(4).Version), QStringLiteral("Cool Edit 2000 1.0"));
+        QCOMPARE(Control<QLabel>(window, "TotFilesLabel")->text(), QStringLiteral("9"));
+        QCOMPARE(Control<QLabel>(window, "TotBytesLabel")->text(),
+                 QString::fromStdString(morvanta::FormatBytes(static_cast<double>(support::ExampleSessionBytes()))));
+        QVERIFY(Control<QWidget>(window, "FileFrame")->isEnabled());
+        QVERIFY(!Control<QPushButton>(window, "RefreshNowButton")->isEnabled());
+
+        // Nothing ticked yet.
+        QTest::mouseClick(Control<QPushButton>(window, "ConvertButton"), Qt::LeftButton);
+        QCOMPARE(prompts.Shown.size(), std::size_t{1});
+        QCOMPARE(prompts.Shown[0].Caption, QStringLiteral("Convert Items"));
+        QCOMPARE(prompts.Shown[0].Text, QStringLiteral("There are no selected items to convert."));
+        QVERIFY(Control<QWidget>(window, "ButtonFrame")->isEnabled());
+
+        // A click anywhere on a row flips its tick, and so does the space bar.
+        auto* fileList = Control<QTreeView>(window, "FileList");
+        ClickRow(fileList, 2);
+        QVERIFY(window.Sessions().Row(2).Checked);
+        ClickRow(fileList, 2);
+        QVERIFY(!window.Sessions().Row(2).Checked);
+        QTest::keyClick(fileList, Qt::Key_Space);
+        QCOMPARE(window.Sessions().NumberChecked(), 1);
+        QTest::mouseClick(Control<QPushButton>(window, "FileActionButton2"), Qt::LeftButton);
+        QCOMPARE(window.Sessions().NumberChecked(), 8);
+        QTest::mouseClick(Control<QPushButton>(window, "FileActionButton1"), Qt::LeftButton);
+        QCOMPARE(window.Sessions().NumberChecked(), 0);
+        QTest::mouseClick(Control<QPushButton>(window, "FileActionButton0"), Qt::LeftButton);
+        QCOMPARE(window.Sessions().NumberChecked(), 9);
+
+        // Two documents exist; one file has become a refused version since
+        // the scan, one is cut short.
+        WriteText(sessions + "/audition-1.0.sesx", "old");
+        WriteText(sessions + "/audition-1.5.sesx", "old");
+        support::WriteBytes(sessions + "/audition-2.0.ses", SesBuilder().Version("Cool Edit Pro 2.01").Build());
+        support::WriteBytes(sessions + "/audition-3.0.ses", SesBuilder()
+                                                                .Version("Audition 3.0")
+                                                                .ChunkWithLength("TRKS", 500, Bytes())
+                                                                .DeclaredLength(900)
+                                                                .Build());
+        prompts.Shown.clear();
+        prompts.OverwriteAnswers = {kSkipFile, kOverwrite};
+        QTest::mouseClick(Control<QPushButton>(window, "ConvertButton"), Qt::LeftButton);
+        QVERIFY(!Control<QWidget>(window, "PathFrame")->isEnabled());
+        QVERIFY(Control<QWidget>(window, "ProgressFrame")->isVisible());
+        QVERIFY(runs.wait(20000));
+
+        QCOMPARE(prompts.OverwriteMessages.size(), std::size_t{2});
+        QCOMPARE(prompts.OverwriteMessages[0],
+                 QStringLiteral("File '%1audition-1.0.sesx' Already Exists.\n%2Overwrite Existing File?")
+                     .arg(folder, folder.size() + 17 < 60 ? "\n" : ""));
+        QCOMPARE(prompts.OverwriteFocus, (std::vector<int>{0, kSkipFile}));
+        QCOMPARE(prompts.Shown.size(), std::size_t{3});
+        QCOMPARE(prompts.Shown[0].Icon, QMessageBox::Question);
+        QCOMPARE(prompts.Shown[0].Caption, QStringLiteral("Convert"));
+        QCOMPARE(prompts.Shown[0].Text,
+                 QStringLiteral("9 file(s) will be converted to the same folder(s) as the source file(s).\n\n"
+                                "Note: If there are existing converted versions of these files in the specified "
+                                "location(s), \nyou will be prompted to overwrite them.\n\n"
+                                "Are you sure you wish to proceed?"));
+        QCOMPARE(prompts.Shown[1].Caption, QStringLiteral("Convert"));
+        QCOMPARE(prompts.Shown[1].Text, QStringLiteral("There were 8 of 9 files successfully converted."));
+        QCOMPARE(prompts.Shown[2].Icon, QMessageBox::Critical);
+        QCOMPARE(prompts.Shown[2].Text, QStringLiteral("These files were not converted:"));
+        QCOMPARE(prompts.Shown[2].Details.size(), 2);
+        QCOMPARE(prompts.Shown[2].Details[0],
+                 folder + "audition-2.0.ses: Cool Edit Pro 2.01 is not currently supported");
+        QVERIFY2(prompts.Shown[2].Details[1].startsWith(folder + "audition-3.0.ses: offset ") &&
+                     prompts.Shown[2].Details[1].contains("(chunk \"TRKS\")"),
+                 qPrintable(prompts.Shown[2].Details[1]));
+
+        QCOMPARE(ReadText(sessions + "/audition-1.0.sesx"), QStringLiteral("old"));
+        QVERIFY(ReadText(sessions + "/audition-1.5.sesx").startsWith("<?xml"));
+        QVERIFY(ReadText(sessions + "/cool-edit-pro-2.1.sesx").startsWith("<?xml"));
+        QVERIFY(!QFile::exists(sessions + "/audition-2.0.sesx"));
+        QCOMPARE(window.Sessions().NumberChecked(), 1);  // the file kept at "&No"
+        QVERIFY(window.Sessions().Row(0).Checked);
+        QVERIFY(!Control<QWidget>(window, "ProgressFrame")->isVisible());
+        QVERIFY(Control<QWidget>(window, "PathFrame")->isEnabled());
+        QCOMPARE(Control<QProgressBar>(window, "ProgressBar")->value(), 8);
+
+        // "Yes to &All" asks once in a run; the next run asks again, with
+        // the focus on that answer, and "&Cancel" ends the run there.
+        ClickRow(fileList, 1);
+        prompts.Shown.clear();
+        prompts.OverwriteAnswers = {kOverwriteAll};
+        QTest::mouseClick(Control<QPushButton>(window, "ConvertButton"), Qt::LeftButton);
+        QVERIFY(runs.wait(20000));
+        QCOMPARE(prompts.OverwriteFocus, (std::vector<int>{0, kSkipFile, kOverwrite}));
+        QCOMPARE(prompts.Shown.back().Text, QStringLiteral("There were 2 of 2 files successfully converted."));
+        QVERIFY(ReadText(sessions + "/audition-1.0.sesx").startsWith("<?xml"));
+
+        // Recoded as Cyrillic: the document gains a byte order mark.
+        Control<QCheckBox>(window, "NonEnglishCheck")->click();
+        QVERIFY(Control<QComboBox>(window, "LanguageList")->isEnabled());
+        Control<QComboBox>(window, "LanguageList")->setCurrentIndex(1);
+        ClickRow(fileList, 0);
+        prompts.Shown.clear();
+        prompts.OverwriteAnswers = {kCancelRun};
+        QTest::mouseClick(Control<QPushButton>(window, "ConvertButton"), Qt::LeftButton);
+        QVERIFY(runs.wait(20000));
+        QCOMPARE(prompts.OverwriteFocus.back(), kOverwriteAll);
+        QCOMPARE(prompts.Shown.back().Text, QStringLiteral("There were 0 of 1 files successfully converted."));
+        QVERIFY(window.Sessions().Row(0).Checked);
+        prompts.OverwriteAnswers = {kOverwrite};
+        QTest::mouseClick(Control<QPushButton>(window, "ConvertButton"), Qt::LeftButton);
+        QVERIFY(runs.wait(20000));
+        QVERIFY(ReadText(sessions + "/audition-1.0.sesx").startsWith(QString::fromLatin1("\xEF\xBB\xBF<?xml")));
+
+        // The type filter: only "Audition 3.0", which cannot be unticked.
+        QTest::mouseClick(Control<QPushButton>(window, "ResetlButton1"), Qt::LeftButton);
+        QVERIFY(scans.wait(10000));
+        support::WriteBytes(sessions + "/audition-3.0.ses", SesBuilder().Version("Audition 3.0").Build());
+        QCOMPARE(Files(window), QStringList{"audition-3.0.ses"});
+        prompts.Shown.clear();
+        ClickRow(Control<QTreeView>(window, "SESFileTypes"), 8);
+        QCOMPARE(prompts.Shown.size(), std::size_t{1});
+        QCOMPARE(prompts.Shown[0].Caption, QStringLiteral("SES File Types"));
+        QCOMPARE(prompts.Shown[0].Text, QStringLiteral("You must have at least one item checked."));
+        QCOMPARE(window.FileTypes().Mask(), 1 << 9);
+        QVERIFY(scans.wait(10000));
+        ClickRow(Control<QTreeView>(window, "SESFileTypes"), 0);
+        QVERIFY(scans.wait(10000));
+        QCOMPARE(Files(window), (QStringList{"audition-3.0.ses", "cool-edit-2000.ses"}));
+        QTest::mouseClick(Control<QPushButton>(window, "ResetlButton0"), Qt::LeftButton);
+        QVERIFY(scans.wait(10000));
+        QStringList listed = kExampleFiles;
+        listed.removeOne("audition-2.0.ses");  // its version has no row any more
+        QCOMPARE(Files(window), listed);
+
+        // Without "A&uto Refresh" a click on a folder only clears the list;
+        // "Refresh No&w" scans it.
+        Control<QCheckBox>(window, "AutoRefreshCheck")->click();
+        QVERIFY(Control<QPushButton>(window, "RefreshNowButton")->isEnabled());
+        QTreeView* tree = window.FolderTree()->View();
+        const QModelIndex sub = window.FolderTree()->Model()->IndexOfPath(sessions + "/sub");
+        QVERIFY(sub.isValid());
+        tree->scrollTo(sub);
+        QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, tree->visualRect(sub).center());
+        QCOMPARE(window.Sessions().Count(), 0);
+        QCOMPARE(Control<QLabel>(window, "TotFilesLabel")->text(), QStringLiteral("0"));
+        QCOMPARE(window.CurrentFolder(), QDir::cleanPath(sessions));
+        QTest::mouseClick(Control<QPushButton>(window, "RefreshNowButton"), Qt::LeftButton);
+        QVERIFY(scans.wait(10000));
+        QCOMPARE(Files(window), QStringList{"deep.ses"});
+        QCOMPARE(window.CurrentFolder(), sessions + "/sub");
+
+        // Esc ends the program; the settings are written on the way.
+        Control<QCheckBox>(window, "NoPathNamesCheck")->click();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QTest::keyClick(Control<QTreeView>(window, "SESFileTypes"), Qt::Key_Escape);
+        QVERIFY(!window.isVisible());
+        auto stored = support::TemporarySettings(dir);
+        const ShellSettings saved = LoadSettings(*stored, "/program");
+        QCOMPARE(saved.LastDir, sessions + "/sub");
+        QCOMPARE(saved.AutoRefresh, false);
+        QCOMPARE(saved.FileFilter, 1022);
+        QCOMPARE(saved.NonEnglish, true);
+        QCOMPARE(saved.Language, 1);
+        QCOMPARE(saved.DontUseSESPathNames, true);
+        QCOMPARE(saved.TargDir, dir.path());
+    }
+
+    void TheWholeFileSystemIsScannedOnlyWhenTheUserSaysSo() {
+        QTemporaryDir dir;
+        auto store = support::TemporarySettings(dir);
+        ShellSettings settings;
+        settings.LastDir = "/";
+        settings.AutoRefresh = true;
+        settings.ScanSubfolders = true;
+        SaveSettings(*store, settings);
+        auto owned = std::make_unique<support::ScriptedPrompts>();
+        support::ScriptedPrompts& prompts = *owned;
+        prompts.YesNoAnswers = {false};
+        MainWindow window(std::move(store), std::move(owned));
+        window.Start({"/"});
+        QCOMPARE(prompts.Shown.size(), std::size_t{1});
+        QCOMPARE(prompts.Shown[0].Icon, QMessageBox::Question);
+        QCOMPARE(prompts.Shown[0].Caption, QStringLiteral("Morvanta"));
+        QCOMPARE(prompts.Shown[0].Text,
+                 QStringLiteral("The root folder of Drive / is selected and might take some time to scan.\n"
+                                "Are you sure you wish to scan the entire Drive?"));
+        QVERIFY(!window.Busy());
+        QCOMPARE(window.Sessions().Count(), 0);
+        QVERIFY(!window.findChild<QWidget*>("ProgressStatus") ||
+                !window.findChild<QWidget*>("ProgressStatus")->isVisible());
+    }
+
+    void ClosingDuringARunEndsItAfterTheCurrentFile() {
+        QTemporaryDir dir;
+        const QString sessions = dir.filePath("Sessions");
+        support::WriteExampleSessions(sessions);
+        WriteText(sessions + "/audition-1.0.sesx", "old");
+        auto store = support::TemporarySettings(dir);
+        ShellSettings settings;
+        settings.LastDir = sessions;
+        settings.AutoRefresh = true;
+        SaveSettings(*store, settings);
+        auto owned = std::make_unique<support::ScriptedPrompts>();
+        support::ScriptedPrompts& prompts = *owned;
+        MainWindow window(std::move(store), std::move(owned));
+        QSignalSpy scans(&window, &MainWindow::ScanFinished);
+        QSignalSpy runs(&window, &MainWindow::RunFinished);
+        window.Start({dir.path()});
+        QVERIFY(scans.wait(10000));
+        QTest::mouseClick(Control<QPushButton>(window, "FileActionButton0"), Qt::LeftButton);
+
+        // The window is closed while the first file is asked about.
+        prompts.WhileAskingOverwrite = [&window] { window.close(); };
+        prompts.Shown.clear();
+        QTest::mouseClick(Control<QPushButton>(window, "ConvertButton"), Qt::LeftButton);
+        QVERIFY(window.isVisible());
+        QVERIFY(runs.wait(20000));
+        QVERIFY(!window.isVisible());
+        QCOMPARE(prompts.Shown.size(), std::size_t{1});  // the question before the run, no summary
+        QVERIFY(ReadText(sessions + "/audition-1.0.sesx").startsWith("<?xml"));
+        QVERIFY(!QFile::exists(sessions + "/audition-1.5.sesx"));
+        QCOMPARE(window.Sessions().NumberChecked(), 8);
+        auto stored = support::TemporarySettings(dir);
+        QCOMPARE(LoadSettings(*stored, "/program").LastDir, QDir::cleanPath(sessions));
+    }
+
+    void ASecondStartHandsOverToTheFirst() {
+        const QString name = QStringLiteral("MorvantaTest-%1").arg(QCoreApplication::applicationPid());
+        SingleInstance second(name);
+        QVERIFY(!second.HandOver());  // nobody is listening yet
+        SingleInstance first(name);
+        QVERIFY(first.Listen());
+        QSignalSpy activated(&first, &SingleInstance::Activated);
+        QVERIFY(second.HandOver());
+        QVERIFY(activated.wait(5000));
+    }
+
+    void AFirstStartTicksEveryTypeAndListsNothingUntilAsked() {
+        QTemporaryDir dir;
+        auto owned = std::make_unique<support::ScriptedPrompts>();
+        MainWindow window(support::TemporarySettings(dir), std::move(owned));
+        window.Start({dir.path()});
+        QCOMPARE(window.FileTypes().Mask(), 1022);
+        QCOMPARE(window.Sessions().Count(), 0);
+        QVERIFY(!window.Busy());
+        QCOMPARE(window.pos(), QPoint(0, 0));
+        QCOMPARE(Control<QPushButton>(window, "RefreshNowButton")->isEnabled(), true);
+    }
+};
+
+QTEST_MAIN(MainWindowTest)
+#include "MainWindowTest.moc"

@@ -1,0 +1,120 @@
+// The settings store: defaults of a first start, the stored text of every
+// key, the round trip, and the rules applied on reading.
+#include <QtTest>
+
+#include "ShellTestSupport.h"
+#include "shell/ShellSettings.h"
+
+using namespace morvanta::shell;
+
+class SettingsTest : public QObject {
+    Q_OBJECT
+private slots:
+    void initTestCase() { QStandardPaths::setTestModeEnabled(true); }
+
+    void AFirstStartGetsTheDefaults() {
+        QTemporaryDir dir;
+        auto store = testing::TemporarySettings(dir);
+        const ShellSettings s = LoadSettings(*store, QStringLiteral("/program"));
+        ShellSettings expected;
+        expected.LastDir = QStringLiteral("/program");
+        expected.TargDir = QStringLiteral("/program");
+        QCOMPARE(s, expected);
+        QCOMPARE(s.FileFilter, 1022);
+        QCOMPARE(s.ColumnWidths, (std::array<double, 5>{3350, 2880, 1500, 1800, 1500}));
+    }
+
+    void EveryKeyIsStoredAsTextInItsSection() {
+        QTemporaryDir dir;
+        ShellSettings s;
+        s.Top = 1500;
+        s.Left = 2250.5;
+        s.LastDir = QStringLiteral("/music/sessions");
+        s.TargDir = QStringLiteral("  /music/converted ");
+        s.Target = 1;
+        s.AutoRefresh = true;
+        s.ScanSubfolders = false;
+        s.Language = 11;
+        s.FileFilter = 514;
+        s.ColumnWidths = {4000, 2880, 1500.5, 1800, 1500};
+        s.NonEnglish = true;
+        s.DontUseSESPathNames = true;
+        {
+            auto store = testing::TemporarySettings(dir);
+            store->setValue(QStringLiteral("SETTINGS/Obsolete"), QStringLiteral("x"));
+            QVERIFY(SaveSettings(*store, s));
+        }
+        QFile file(dir.filePath(QStringLiteral("Morvanta.conf")));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(QString::fromUtf8(file.readAll()),
+                 QStringLiteral("[PATHS]\n"
+                                "LastDir=/music/sessions\n"
+                                "TargDir=/music/converted\n"
+                                "\n"
+                                "[SETTINGS]\n"
+                                "AutoRefresh=1\n"
+                                "ColWidthBytes=1500\n"
+                                "ColWidthCreated=1800\n"
+                                "ColWidthFile=2880\n"
+                                "ColWidthFolder=4000\n"
+                                "ColWidthVersion=1500.5\n"
+                                "DontUseSESPathNames=True\n"
+                                "FileFilter=514\n"
+                                "Language=11\n"
+                                "NonEnglish=1\n"
+                                "ScanSubfolders=0\n"
+                                "Target=1\n"
+                                "\n"
+                                "[WINDOW]\n"
+                                "Left=2250.5\n"
+                                "Top=1500\n"));
+    }
+
+    void WhatIsSavedIsReadBack() {
+        QTemporaryDir dir;
+        ShellSettings s;
+        s.Top = 300;
+        s.Left = 450;
+        s.LastDir = dir.path();
+        s.TargDir = dir.path();
+        s.Target = 1;
+        s.ScanSubfolders = true;
+        s.Language = 5;
+        s.FileFilter = 1 << 4;
+        s.ColumnWidths = {315, 1000, 1200, 1300, 1400};
+        s.DontUseSESPathNames = true;
+        auto store = testing::TemporarySettings(dir);
+        QVERIFY(SaveSettings(*store, s));
+        auto again = testing::TemporarySettings(dir);
+        QCOMPARE(LoadSettings(*again, QStringLiteral("/program")), s);
+    }
+
+    void ReadingRules() {
+        QTemporaryDir dir;
+        auto store = testing::TemporarySettings(dir);
+        store->setValue(QStringLiteral("SETTINGS/Language"), QStringLiteral("12"));
+        store->setValue(QStringLiteral("PATHS/TargDir"), dir.filePath(QStringLiteral("gone")));
+        store->setValue(QStringLiteral("PATHS/LastDir"), dir.filePath(QStringLiteral("gone")));
+        store->setValue(QStringLiteral("SETTINGS/Target"), QStringLiteral("7"));
+        store->setValue(QStringLiteral("SETTINGS/DontUseSESPathNames"), QStringLiteral("true"));
+        const ShellSettings s = LoadSettings(*store, QStringLiteral("/program"));
+        QCOMPARE(s.Language, 0);
+        QCOMPARE(s.TargDir, QStringLiteral("/program"));
+        // A last folder that is gone is the tree's business.
+        QCOMPARE(s.LastDir, dir.filePath(QStringLiteral("gone")));
+        QCOMPARE(s.Target, 0);
+        QVERIFY(s.DontUseSESPathNames);
+    }
+
+    void AStoreThatCannotBeWrittenIsReported() {
+        QTemporaryDir dir;
+        QFile blocker(dir.filePath(QStringLiteral("file")));
+        QVERIFY(blocker.open(QIODevice::WriteOnly));
+        blocker.close();
+        QSettings store(dir.filePath(QStringLiteral("file/Morvanta.conf")), QSettings::IniFormat);
+        QVERIFY(!SaveSettings(store, ShellSettings{}));
+    }
+};
+
+QTEST_GUILESS_MAIN(SettingsTest)
+#include "SettingsTest.moc"

@@ -1,0 +1,107 @@
+// Recoding finished documents to UTF-8: the language table, the charset
+// names iconv gets, the two file routines and the pass of the run.
+#include <gtest/gtest.h>
+
+#include "SesBuilder.h"
+#include "TestSupport.h"
+#include "run/ConversionRun.h"
+#include "services/Recoding.h"
+
+namespace morvanta::testing {
+namespace {
+
+const std::string kBom = "\xEF\xBB\xBF";
+
+std::string Recoded(const std::string& bytes, std::string_view charset) {
+    TempDir dir;
+    WriteFile(dir / "doc.sesx", bytes);
+    RecodeToUtf8(dir / "doc.sesx", charset);
+    return ReadFile(dir / "doc.sesx");
+}
+
+std::string CharsetOf(std::string_view language) {
+    for (const LanguageRow& row : LanguageTable)
+        if (row.Language == language) return std::string(row.Charset);
+    return {};
+}
+
+TEST(Recoding, ASessionByteGetsTheMeaningOfTheChosenLanguage) {
+    EXPECT_EQ(Recoded("<name>caf\xE9</name>\r\n", CharsetOf("Western")), kBom + "<name>caf\xC3\xA9</name>\r\n");
+    EXPECT_EQ(Recoded("<name>\xE9</name>", CharsetOf("Cyrillic")), kBom + "<name>\xD0\xB9</name>");
+    // The multi-byte code pages, through the names iconv knows them by.
+    EXPECT_EQ(Recoded("\xC6\xFC\xCB\xDC", CharsetOf("Japanese 2")), kBom + "\xE6\x97\xA5\xE6\x9C\xAC");
+    EXPECT_EQ(Recoded("\x93\xFA\x96\x7B", CharsetOf("Japanese 1")), kBom + "\xE6\x97\xA5\xE6\x9C\xAC");
+    EXPECT_EQ(Recoded("\xD6\xD0", CharsetOf("Simple Chinese")), kBom + "\xE4\xB8\xAD");
+    EXPECT_EQ(Recoded("\xA4\xA4", CharsetOf("Traditional Chinese")), kBom + "\xE4\xB8\xAD");
+    EXPECT_EQ(Recoded("\xE9", CharsetOf("Russian")), kBom + "\xD0\x98");
+    EXPECT_EQ(Recoded("\xA1", CharsetOf("Thai")), kBom + "\xE0\xB8\x81");
+    // A byte the code page does not define becomes U+FFFD; the rest goes on.
+    EXPECT_EQ(Recoded("a\x98z", CharsetOf("Cyrillic")), kBom + "a\xEF\xBF\xBDz");
+}
+
+TEST(Recoding, PlainAsciiIsTheSameUnderEveryLanguageApartFromTheByteOrderMark) {
+    const std::string document = "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"no\" ?>\r\n<sesx/>\r\n";
+    for (const LanguageRow& row : LanguageTable)
+        EXPECT_EQ(Recoded(document, row.Charset), kBom + document) << row.Language;
+}
+
+TEST(Recoding, LanguageAndCharsetNames) {
+    for (const LanguageRow& row : LanguageTable) EXPECT_TRUE(IsKnownCharset(row.Charset)) << row.Charset;
+    EXPECT_EQ(IconvCharsetName("X-EUC"), "EUC-JP");
+    EXPECT_EQ(IconvCharsetName("koi8-r"), "KOI8-R");
+    EXPECT_EQ(IconvCharsetName("GB2312"), "EUC-CN");
+    EXPECT_EQ(CharsetForLanguage("western"), "ISO-8859-1");
+    EXPECT_EQ(CharsetForLanguage("Japanese 2"), "X-EUC");
+    EXPECT_EQ(CharsetForLanguage("KOI8-R"), "koi8-r");
+    EXPECT_EQ(CharsetForLanguage("CP1252"), "CP1252");
+    EXPECT_EQ(CharsetForLanguage("Klingon"), std::nullopt);
+    EXPECT_FALSE(IsKnownCharset(""));
+}
+
+TEST(Recoding, WritingInAnEightBitCharsetAndFailures) {
+    TempDir dir;
+    WriteConvertedFile(dir / "out.txt", "caf\xC3\xA9 \xE2\x82\xAC", "ISO-8859-1");
+    EXPECT_EQ(ReadFile(dir / "out.txt"), "caf\xE9 ?");
+    EXPECT_EQ(ReadConvertedFile(dir / "out.txt", "ISO-8859-1"), "caf\xC3\xA9 ?");
+
+    try {
+        ReadConvertedFile(dir / "missing.sesx", "ISO-8859-1");
+        ADD_FAILURE() << "a missing document was read";
+    } catch (const std::runtime_error& error) {
+        EXPECT_NE(std::string(error.what()).find((dir / "missing.sesx").string()), std::string::npos);
+    }
+    EXPECT_THROW(RecodeToUtf8(dir / "out.txt", "NO-SUCH-CHARSET"), std::runtime_error);
+    EXPECT_EQ(ReadFile(dir / "out.txt"), "caf\xE9 ?");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.Path()), {}), 1);
+}
+
+TEST(Recoding, TheRunRecodesWhatItWroteAndNothingElse) {
+    TempDir dir;
+    const std::string folder = dir.Path().string() + "/";
+    // The document's name comes from the file name, so a Latin-1 byte of
+    // the name reaches the document as it stands.
+    WriteFile(dir / "caf\xE9.ses", SesBuilder().Version("Audition 3.0", 32).Build());
+    WriteFile(dir / "old.ses", SesBuilder().Version("Cool Edit Pro 1.0").Build());
+    WriteFile(dir / "old.sesx", std::string("older document \xE9"));
+    std::vector<RunRow> rows{{folder, "caf\xE9.ses", true}, {folder, "old.ses", true}};
+    RunSettings settings;
+    settings.Convert.NonEnglish = true;
+    settings.Convert.Charset = "ISO-8859-1";
+    RunCallbacks callbacks;
+    callbacks.AskOverwrite = [](const std::string&, const std::string&) { return kOverwrite; };
+    const RunSummary summary = RunConversion(rows, settings, callbacks);
+
+    EXPECT_EQ(summary.ConvertedCount, 2);
+    ASSERT_EQ(summary.Outcomes.size(), 2u);
+    EXPECT_EQ(summary.Outcomes[0].Status, FileStatus::Converted);
+    EXPECT_EQ(summary.Outcomes[1].Status, FileStatus::Refused);
+    const std::string document = ReadFile(dir / "caf\xE9.sesx");
+    EXPECT_TRUE(document.starts_with(kBom + "<?xml version=\"1.0\" encoding=\"UTF-8\"")) << document.substr(0, 40);
+    EXPECT_NE(document.find("<name>caf\xC3\xA9.sesx</name>"), std::string::npos);
+    EXPECT_EQ(ReadFile(dir / "old.sesx"), "older document \xE9");
+    EXPECT_EQ(ProblemLines(summary),
+              std::vector<std::string>{folder + "old.ses: Cool Edit Pro 1.0 is not currently supported"});
+}
+
+}  // namespace
+}  // namespace morvanta::testing
