@@ -1,3 +1,4 @@
+// The band session in the chunks and layouts of each writer version.
 #include "WholeSessions.h"
 
 #include <string_view>
