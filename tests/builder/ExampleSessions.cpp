@@ -4,36 +4,21 @@
 #include "SesBuilder.h"
 #include "SessionPayloads.h"
 #include "TrackPayloads.h"
+#include "WholeSessions.h"
 
 namespace morvanta::testing {
-namespace {
-
-std::vector<std::uint8_t> Session(const std::string& version, std::int32_t sampleRate) {
-    SesBuilder builder;
-    builder.Chunk("hdr ", HeaderBytes(sampleRate, 1.0, 0, 0, 1.0)).Version(version, 32);
-    AddSessionStateChunks(builder, version);
-    return builder.Build();
-}
-
-}  // namespace
 
 std::vector<NamedFile> ExampleSessions() {
-    return {
-        {"cool-edit-2000.ses", Session("Cool Edit 2000 1.0", 44100)},
-        {"cool-edit-pro-1.2.ses", Session("Cool Edit Pro 1.2", 44100)},
-        {"cool-edit-pro-1.2a.ses", Session("Cool Edit Pro 1.2a", 44100)},
-        {"cool-edit-pro-2.00.ses", Session("Cool Edit Pro 2.00", 44100)},
-        {"cool-edit-pro-2.1.ses", Session("Cool Edit Pro 2.1", 48000)},
-        {"audition-1.0.ses", Session("Audition 1.0", 44100)},
-        {"audition-1.5.ses", Session("Audition 1.5", 48000)},
-        {"audition-2.0.ses", Session("Audition 2.0", 48000)},
-        {"audition-3.0.ses", Session("Audition 3.0", 48000)},
-    };
+    std::vector<NamedFile> examples;
+    for (const WriterVersion& version : WriterVersions())
+        examples.push_back({version.Stem + ".ses", WholeSession(version.Text)});
+    return examples;
 }
 
 std::vector<NamedFile> FuzzSeeds() {
     std::vector<NamedFile> seeds = ExampleSessions();
-    seeds.push_back({"refused-version.ses", Session("Cool Edit Pro 2.01", 44100)});
+    seeds.push_back({"refused-version.ses",
+                     SesBuilder().Chunk("hdr ", HeaderBytes(44100)).Version("Cool Edit Pro 2.01", 32).Build()});
     seeds.push_back({"only-header.ses", SesBuilder().Build()});
     seeds.push_back({"truncated-chunk.ses",
                      SesBuilder().Version("Audition 3.0").ChunkWithLength("TRKS", 4000, Bytes().Int32(3)).Build()});

@@ -101,21 +101,4 @@ Bytes WideWaveListBytes(const std::vector<WideWaveEntry>& entries) {
     return b;
 }
 
-void AddSessionStateChunks(SesBuilder& builder, const std::string& version) {
-    const bool pro12 = version.starts_with("Cool Edit Pro 1.2");
-    const bool ce2000 = version.starts_with("Cool Edit 2000 1.0");
-    const bool withLength = version.starts_with("Audition 1.5") || version.starts_with("Audition 2.0") ||
-                            version.starts_with("Audition 3.0");
-    builder.Chunk("stat", StatBytes(44100, 132300));
-    builder.Chunk("tmpo", TempoBytes(98.5, 3, 8, 4));
-    builder.Chunk("cues", CueBytes({{22050, 0, "Intro", "count-in ends"}, {88200, 44100, "Verse 1", ""}},
-                                   pro12 ? CueLayout::WithoutCueType : CueLayout::WithCueType));
-    builder.Chunk("mtro", MetronomeBytes(8, 1, "1 3 2 3"));
-    std::vector<WaveEntry> waves{{"wav ", 1, "C:\\Takes\\Vocal take 1.wav", withLength ? 441000 : 0},
-                                 {"wav ", 2, "C:\\Takes\\Guitar & bass", withLength ? 88200 : 0}};
-    // Cool Edit 2000 sessions hold no video.
-    if (!ce2000) waves.push_back({"VDEO", 3, "C:\\Video\\Scene 3.avi", 0});
-    builder.Chunk("LIST", WaveListBytes(waves, pro12 || ce2000 ? WaveLayout::Packed : WaveLayout::Padded));
-}
-
 }  // namespace morvanta::testing

@@ -78,8 +78,4 @@ struct WideWaveEntry {
 // "WLST": entries of kind, EntrySize, WaveId, 12 skipped bytes and the name.
 Bytes WideWaveListBytes(const std::vector<WideWaveEntry>& entries);
 
-// The session-level chunks and a wave list that every example session
-// carries, each in the layout of `version`.
-void AddSessionStateChunks(SesBuilder& builder, const std::string& version);
-
 }  // namespace morvanta::testing
