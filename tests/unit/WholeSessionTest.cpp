@@ -10,6 +10,13 @@
 namespace morvanta::testing {
 namespace {
 
+}  // namespace
+
+// Names the version in test listings instead of dumping its bytes.
+void PrintTo(const WriterVersion& version, std::ostream* out) { *out << version.Text; }
+
+namespace {
+
 class WholeSessions : public ::testing::TestWithParam<WriterVersion> {};
 
 TEST_P(WholeSessions, ConvertsToItsGoldenDocument) {
