@@ -8,6 +8,7 @@
 #include "model/VersionClasses.h"
 #include "reader/ChunkReaders.h"
 #include "reader/ReadError.h"
+#include "services/Recoding.h"
 
 namespace morvanta {
 namespace {
@@ -38,9 +39,7 @@ class WideNameEncoder {
 public:
     explicit WideNameEncoder(const std::string& charset) {
         if (charset.empty()) return;
-        // The one name of the language list that iconv calls otherwise.
-        const std::string name = charset == "X-EUC" ? "EUC-JP" : charset;
-        cd_ = iconv_open(name.c_str(), "UTF-16LE");
+        cd_ = iconv_open(IconvCharsetName(charset).c_str(), "UTF-16LE");
     }
     ~WideNameEncoder() {
         if (Usable()) iconv_close(cd_);
