@@ -198,6 +198,14 @@ TEST(SessionState, ACueTextRunsToTheEndOfTheFile) {
               std::string::npos);
 }
 
+TEST(SessionState, AnEmptyCueChunkAtTheEndOfTheFileHoldsNoMarkers) {
+    // Without a payload there is no count to read, and no records.
+    SesBuilder b = Begin("Audition 3.0");
+    b.ChunkWithLength("cues", 0, Bytes());
+    const std::string doc = Document(b);
+    EXPECT_EQ(doc.find("<xmpMetadata>"), std::string::npos);
+}
+
 TEST(SessionState, StretchRecordsOnlyFromAudition15On) {
     for (const char* version : {"Audition 1.5", "Audition 2.0", "Audition 3.0", "Audition 1.0", "Cool Edit Pro 2.1",
                                 "Cool Edit 2000 1.0"}) {
