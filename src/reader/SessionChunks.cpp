@@ -106,9 +106,11 @@ std::int64_t ReadGroupChunk(ReadContext& ctx, const ChunkHeader& chunk) {
 std::int64_t ReadCueChunk(ReadContext& ctx, const ChunkHeader& chunk) {
     const ByteReader& file = ctx.file;
     const std::int64_t p = chunk.PayloadPosition;
+    // Without a payload there are no records, and the count is not needed:
+    // an empty chunk may be the last bytes of the file.
+    if (chunk.PayloadLength <= 0) return chunk.End();
     // The count is a 16-bit number of the session.
     const std::int32_t count = Low16(file.Int32(p));
-    if (chunk.PayloadLength <= 0) return chunk.End();
     RequireRoomFor(file, p, count, kSmallestCueBytes, p + 4, "cue");
     const bool pro12 = Pro12(ctx.session.SesVersion);
     std::int64_t at = p + 4;
