@@ -252,6 +252,40 @@ TEST(SessionState, MetronomeByVersion) {
     }
 }
 
+TEST(SessionState, CountsOfSeveralChunksTogetherMustFitInTheFile) {
+    // Two chunks of 4 bytes at 52 and 64, each a count whose records reach
+    // over what follows, then zeros. Each count alone fits in the rest of
+    // the file; together they claim more records than the whole file holds.
+    // Many such chunks would pile up records quadratically in the file's size.
+    struct Case {
+        std::string version, tag;
+        std::int32_t first, second;
+        std::size_t padding;
+        std::string message;
+    };
+    const std::vector<Case> cases{
+        {"Audition 3.0", "grps", 8, 7, 116,
+         "the group count 7 at offset 72 brings the groups of this file to 15, more than its 200 bytes can hold"},
+        {"Audition 3.0", "loop", 2, 2, 360,
+         "the stretch record count 2 at offset 72 brings the stretch records of this file to 4, more than its 444 "
+         "bytes can hold"},
+        {"Audition 2.0", "cues", 12, 18, 216,
+         "the cue count 18 at offset 72 brings the cues of this file to 30, more than its 300 bytes can hold"},
+    };
+    for (const Case& c : cases) {
+        SesBuilder b;
+        b.Version(c.version, 32)
+            .Chunk(c.tag, Bytes().Int32(c.first))
+            .Chunk(c.tag, Bytes().Int32(c.second))
+            .Chunk("pad ", Bytes().Zeros(c.padding));
+        const ImportResult result = Convert(b.Build());
+        EXPECT_EQ(result.Status, ImportStatus::Failed) << c.tag;
+        EXPECT_EQ(result.ErrorChunk, c.tag);
+        EXPECT_EQ(result.ErrorOffset, 72) << c.tag;
+        EXPECT_EQ(result.Message, c.message);
+    }
+}
+
 TEST(SessionState, AbsurdCountsAndLengthsFailTheFileAtTheirOffset) {
     // The first chunk behind "hdr " (8 + 400) and "vers" (8 + 32) has its payload at 468.
     constexpr std::int64_t kPayload = 12 + 408 + 40 + 8;
