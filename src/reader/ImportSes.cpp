@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
+#include <optional>
 
 #include "model/VersionClasses.h"
 #include "reader/Assembly.h"
@@ -210,9 +211,21 @@ ImportResult ConvertSesBytes(std::span<const std::uint8_t> bytes, const ConvertO
 
 namespace {
 
+// Whether the walk of a probe steps over a chunk of this tag by its
+// PayloadLength, whatever the chunk holds: "hdr " stores nothing in a probe,
+// and a tag without a reader of its own is skipped. Any other reader may move
+// on by a length of its own ("LIST", "TRKS", an empty "WLST").
+bool ProbeStepsOver(const std::string& tag) {
+    if (tag == "hdr ") return true;
+    for (const Route& route : kRoutes)
+        if (route.Tag == tag && route.Read != SkipChunk) return false;
+    return true;
+}
+
 // The probe reads chunk headers only, by seeking, so a scan of a large archive
-// never loads whole files. It stops at "vers".
-ImportResult ProbeSesFile(std::ifstream& in) {
+// never loads whole files. It stops at "vers". Nothing is returned when a
+// chunk ahead of "vers" needs its reader: then the whole file is walked.
+std::optional<ImportResult> ProbeSesFile(std::ifstream& in) {
     ImportResult result;
     std::array<char, 12> head{};
     in.read(head.data(), head.size());
@@ -251,6 +264,7 @@ ImportResult ProbeSesFile(std::ifstream& in) {
         }
         const std::string tag(header.data(), 4);
         const std::int32_t length = int32At(header.data() + 4);
+        if (tag != "vers" && !ProbeStepsOver(tag)) return std::nullopt;
         if (tag == "vers") {
             if (length < 0 || length > (1 << 20)) {
                 result.Status = ImportStatus::Failed;
@@ -303,7 +317,11 @@ ImportResult ImportSesFile(const std::filesystem::path& SesPath,
         result.Message = std::string("cannot open the file: ") + std::strerror(errno);
         return result;
     }
-    if (VersionOnly) return ProbeSesFile(in);
+    if (VersionOnly) {
+        if (std::optional<ImportResult> probe = ProbeSesFile(in)) return *probe;
+        in.clear();
+        in.seekg(0);
+    }
 
     std::error_code ec;
     const auto size = std::filesystem::file_size(SesPath, ec);
@@ -321,6 +339,10 @@ ImportResult ImportSesFile(const std::filesystem::path& SesPath,
     }
     in.close();
 
+    if (VersionOnly) {
+        Session session;
+        return ReadSesBytes(bytes, session, options, true);
+    }
     ImportResult result = ConvertSesBytes(bytes, options, SesPath.string(), OutputPath.string());
     if (result.Status != ImportStatus::Converted) return result;
     try {

@@ -37,6 +37,8 @@ struct ReadContext {
     std::int32_t DeclaredLength = 0;
     std::vector<Diagnostic>& warnings;
     std::vector<ChunkHeader>* visited = nullptr;  // filled when asked for (morvanta info)
+    // Bytes of name buffers the wave lists have read so far in this file.
+    std::int64_t WaveNameBytes = 0;
 };
 
 using ChunkReader = std::int64_t (*)(ReadContext&, const ChunkHeader&);

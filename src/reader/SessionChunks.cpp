@@ -29,6 +29,21 @@ constexpr std::int32_t kRegionCueType = 'r' | ('g' << 8) | ('n' << 16) | (' ' <<
 // The low 16 bits, as a value held in a 16-bit field.
 std::int32_t Low16(std::int32_t value) { return static_cast<std::int16_t>(value & 0xFFFF); }
 
+// The records of every chunk of one kind lie in their own payloads, so
+// together they fit in the file. A count is checked against the rest of the
+// file only, and chunks whose records reach over the chunks behind them
+// could otherwise pile up records quadratically in the file's size.
+void RequireRoomForAll(const ByteReader& file, std::int64_t countPosition, std::size_t held, std::int32_t count,
+                       std::int64_t itemSize, std::string_view what, std::string_view whatPlural) {
+    if (count <= 0) return;
+    const std::int64_t total = static_cast<std::int64_t>(held) + count;
+    if (total <= file.Size() / itemSize) return;
+    throw ReadError(countPosition, "the " + std::string(what) + " count " + std::to_string(count) + " at offset " +
+                                       std::to_string(countPosition) + " brings the " + std::string(whatPlural) +
+                                       " of this file to " + std::to_string(total) + ", more than its " +
+                                       std::to_string(file.Size()) + " bytes can hold");
+}
+
 }  // namespace
 
 std::int64_t ReadHeaderChunk(ReadContext& ctx, const ChunkHeader& chunk) {
@@ -81,6 +96,7 @@ std::int64_t ReadGroupChunk(ReadContext& ctx, const ChunkHeader& chunk) {
     const std::int64_t p = chunk.PayloadPosition;
     const std::int32_t count = file.Int32(p);
     RequireRoomFor(file, p, count, kGroupRecordBytes, p + 4, "group");
+    RequireRoomForAll(file, p, ctx.session.ClipGroups.size(), count, kGroupRecordBytes, "group", "groups");
     const bool ce2000 = Ce2000(ctx.session.SesVersion);
     for (std::int32_t i = 0; i < count; ++i) {
         const std::int64_t record = p + 4 + i * kGroupRecordBytes;
@@ -106,10 +122,13 @@ std::int64_t ReadGroupChunk(ReadContext& ctx, const ChunkHeader& chunk) {
 std::int64_t ReadCueChunk(ReadContext& ctx, const ChunkHeader& chunk) {
     const ByteReader& file = ctx.file;
     const std::int64_t p = chunk.PayloadPosition;
+    // Without a payload there are no records, and the count is not needed:
+    // an empty chunk may be the last bytes of the file.
+    if (chunk.PayloadLength <= 0) return chunk.End();
     // The count is a 16-bit number of the session.
     const std::int32_t count = Low16(file.Int32(p));
-    if (chunk.PayloadLength <= 0) return chunk.End();
     RequireRoomFor(file, p, count, kSmallestCueBytes, p + 4, "cue");
+    RequireRoomForAll(file, p, ctx.session.SesCues.size(), count, kSmallestCueBytes, "cue", "cues");
     const bool pro12 = Pro12(ctx.session.SesVersion);
     std::int64_t at = p + 4;
     for (std::int32_t i = 0; i < count; ++i) {
@@ -143,6 +162,8 @@ std::int64_t ReadLoopChunk(ReadContext& ctx, const ChunkHeader& chunk) {
     const std::int64_t p = chunk.PayloadPosition;
     const std::int32_t count = file.Int32(p);
     RequireRoomFor(file, p, count, kLoopRecordBytes, p + 4, "stretch record");
+    RequireRoomForAll(file, p, ctx.session.ClipStretches.size(), count, kLoopRecordBytes, "stretch record",
+                      "stretch records");
     for (std::int32_t i = 0; i < count; ++i) {
         const std::int64_t record = p + 4 + i * kLoopRecordBytes;
         file.Require(record, kLoopRecordBytes, "a stretch record");

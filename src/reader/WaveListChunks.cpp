@@ -76,6 +76,17 @@ private:
     iconv_t cd_ = None();
 };
 
+// The name buffers of a sound file's wave lists lie inside their entries,
+// so together they are never longer than the file. Entries whose buffers
+// overlap could otherwise make a file of a few megabytes take hours.
+void SpendOnNames(ReadContext& ctx, std::int64_t bytes, std::int64_t position) {
+    ctx.WaveNameBytes += bytes;
+    if (ctx.WaveNameBytes <= 2 * ctx.file.Size() + 64) return;
+    throw ReadError(position, "the wave list names reach offset " + std::to_string(position) +
+                                  " again and again: they describe more than the file's " +
+                                  std::to_string(ctx.file.Size()) + " bytes can hold");
+}
+
 }  // namespace
 
 std::int64_t ReadWaveList(ReadContext& ctx, const ChunkHeader& chunk) {
@@ -114,6 +125,7 @@ std::int64_t ReadWaveList(ReadContext& ctx, const ChunkHeader& chunk) {
                                             ", too small for its name");
         // The name is every non-zero byte of its buffer; the walk goes on by
         // the length of the name found, not by the entry's size.
+        SpendOnNames(ctx, bufferLength, cursor + kEntryHeadBytes);
         const std::string name = file.NonZeroBytes(cursor + kEntryHeadBytes, bufferLength);
         const std::int64_t end = cursor + kEntryHeadBytes + static_cast<std::int64_t>(name.size()) + 1;
         wave.Name = FixedText(name);
@@ -149,6 +161,7 @@ std::int64_t ReadWideWaveList(ReadContext& ctx, const ChunkHeader& chunk) {
         wave.WaveId = file.Int32(entry + 8);
         // The terminating zero unit is inside the count; it stays for now.
         const std::int64_t units = (static_cast<std::int64_t>(entrySize) - 16) / 2;
+        SpendOnNames(ctx, units * 2, entry + kWideNameOffset);
         const auto bytes = file.Bytes(entry + kWideNameOffset, units * 2);
         std::string name;
         for (std::size_t i = 0; i + 1 < bytes.size(); i += 2)

@@ -88,7 +88,10 @@ private:
 std::string IconvCharsetName(std::string_view charset) {
     const std::string upper = Upper(charset);
     if (upper == "X-EUC") return "EUC-JP";
-    if (upper == "SHIFT-JIS") return "SHIFT_JIS";
+    // The Windows form of Shift JIS: iconv's plain SHIFT_JIS reads the bytes
+    // of the backslash and the tilde as a yen sign and an overline, which
+    // would break every path of the document.
+    if (upper == "SHIFT-JIS") return "CP932";
     if (upper == "GB2312") return "EUC-CN";
     if (upper == "WINDOWS-1251") return "CP1251";
     if (upper == "WINDOWS-874") return "CP874";

@@ -121,6 +121,22 @@ TEST(Container, ProbeOfAFileOnDiskReadsOnlyTheHead) {
     EXPECT_EQ(ImportSesFile(dir / "text.ses", {}, true, {}).Result, -1);
 }
 
+TEST(Container, ProbeOfAFileOnDiskStepsOverChunksAsTheirReadersDo) {
+    // An empty "LIST" moves the walk 28 bytes on, not by its length of 0:
+    // what stands in those bytes looks like a version chunk but is none.
+    TempDir dir;
+    const auto bytes = SesBuilder()
+                           .Chunk("hdr ", Bytes().Zeros(36))
+                           .ChunkWithLength("LIST", 0, Bytes().Text("vers").Int32(20).Text("Cool Edit Pro 1.0").Zeros(3))
+                           .Version("Audition 3.0")
+                           .Build();
+    WriteFile(dir / "a.ses", bytes);
+    const ImportResult probe = ImportSesFile(dir / "a.ses", {}, true, {});
+    EXPECT_EQ(probe.Status, ImportStatus::Probed);
+    EXPECT_EQ(probe.Version, "Audition 3.0");
+    EXPECT_EQ(Read(bytes, true).Version, "Audition 3.0");
+}
+
 TEST(Container, ATruncatedChunkHeaderFailsWithItsOffset) {
     // A header of 8 bytes cannot start at 20 in a file of 24 bytes.
     auto bytes = SesBuilder().Version("Audition 3.0").Build();  // 12 + 8 + 12 = 32

@@ -198,6 +198,14 @@ TEST(SessionState, ACueTextRunsToTheEndOfTheFile) {
               std::string::npos);
 }
 
+TEST(SessionState, AnEmptyCueChunkAtTheEndOfTheFileHoldsNoMarkers) {
+    // Without a payload there is no count to read, and no records.
+    SesBuilder b = Begin("Audition 3.0");
+    b.ChunkWithLength("cues", 0, Bytes());
+    const std::string doc = Document(b);
+    EXPECT_EQ(doc.find("<xmpMetadata>"), std::string::npos);
+}
+
 TEST(SessionState, StretchRecordsOnlyFromAudition15On) {
     for (const char* version : {"Audition 1.5", "Audition 2.0", "Audition 3.0", "Audition 1.0", "Cool Edit Pro 2.1",
                                 "Cool Edit 2000 1.0"}) {
@@ -241,6 +249,40 @@ TEST(SessionState, MetronomeByVersion) {
         SesBuilder b = Begin(c.version);
         b.Chunk("mtro", c.payload);
         EXPECT_EQ(LineStarting(Document(b), "<metronome "), c.expected) << c.version;
+    }
+}
+
+TEST(SessionState, CountsOfSeveralChunksTogetherMustFitInTheFile) {
+    // Two chunks of 4 bytes at 52 and 64, each a count whose records reach
+    // over what follows, then zeros. Each count alone fits in the rest of
+    // the file; together they claim more records than the whole file holds.
+    // Many such chunks would pile up records quadratically in the file's size.
+    struct Case {
+        std::string version, tag;
+        std::int32_t first, second;
+        std::size_t padding;
+        std::string message;
+    };
+    const std::vector<Case> cases{
+        {"Audition 3.0", "grps", 8, 7, 116,
+         "the group count 7 at offset 72 brings the groups of this file to 15, more than its 200 bytes can hold"},
+        {"Audition 3.0", "loop", 2, 2, 360,
+         "the stretch record count 2 at offset 72 brings the stretch records of this file to 4, more than its 444 "
+         "bytes can hold"},
+        {"Audition 2.0", "cues", 12, 18, 216,
+         "the cue count 18 at offset 72 brings the cues of this file to 30, more than its 300 bytes can hold"},
+    };
+    for (const Case& c : cases) {
+        SesBuilder b;
+        b.Version(c.version, 32)
+            .Chunk(c.tag, Bytes().Int32(c.first))
+            .Chunk(c.tag, Bytes().Int32(c.second))
+            .Chunk("pad ", Bytes().Zeros(c.padding));
+        const ImportResult result = Convert(b.Build());
+        EXPECT_EQ(result.Status, ImportStatus::Failed) << c.tag;
+        EXPECT_EQ(result.ErrorChunk, c.tag);
+        EXPECT_EQ(result.ErrorOffset, 72) << c.tag;
+        EXPECT_EQ(result.Message, c.message);
     }
 }
 

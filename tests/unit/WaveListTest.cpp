@@ -225,6 +225,28 @@ TEST(WaveList, WideNamesBecomeBytesOfTheChosenCharset) {
                                  "relativePath=\"./?t? \xc6.wav\"/>\n</files>\n");
 }
 
+TEST(WaveList, NameBuffersThatReadTheFileAgainAndAgainFailIt) {
+    // Cool Edit 2000 entries 17 bytes and more apart, each with a name buffer
+    // of 1016 bytes: every buffer holds the next entries, whose EntrySize
+    // byte is the only non-zero byte of a header, so the names are 3, 2, 1
+    // characters long and the entries stand at 64, 84, 103 and 121. Buffers
+    // that overlap this way could read a file of megabytes for hours; here
+    // the third makes 3048 bytes, more than twice the file's 1160.
+    Bytes payload;
+    payload.Int32(1000);
+    for (const std::size_t at : {4u, 24u, 43u, 61u}) payload.PadTo(at).Zeros(4).Int32(1024).Zeros(8);
+    payload.PadTo(1100);
+    const auto bytes = SesBuilder().Version("Cool Edit 2000 1.0", 32).Chunk("LIST", payload).Build();
+    ASSERT_EQ(bytes.size(), 1160u);
+    const ImportResult result = Convert(bytes);
+    EXPECT_EQ(result.Status, ImportStatus::Failed);
+    EXPECT_EQ(result.ErrorChunk, "LIST");
+    EXPECT_EQ(result.ErrorOffset, 119);
+    EXPECT_EQ(result.Message,
+              "the wave list names reach offset 119 again and again: they describe more than the file's 1160 "
+              "bytes can hold");
+}
+
 TEST(WaveList, EntriesTooSmallForTheirNameFailTheFile) {
     // The first chunk behind "hdr " and "vers" has its payload at 468.
     constexpr std::int64_t kPayload = 12 + 408 + 40 + 8;
