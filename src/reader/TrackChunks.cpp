@@ -49,11 +49,15 @@ std::string RecordName(const ByteReader& file, std::int64_t from, std::int64_t r
     return name;
 }
 
-void ReadTrksRecords(ReadContext& ctx, std::int64_t countPosition, std::int32_t count, std::int64_t first) {
+void ReadTrksRecords(ReadContext& ctx, const ChunkHeader& chunk, std::int64_t countPosition, std::int32_t count,
+                     std::int64_t first) {
     const ByteReader& file = ctx.file;
     const std::string& version = ctx.session.SesVersion;
     const TrksLayout layout = TrksLayoutFor(version);
-    RequireRoomFor(file, countPosition, count, layout.RecordSize, first, "track record");
+    // The walk goes on behind the payload, so the records lie inside it.
+    // Measured against the file, each of many small chunks could read all
+    // the records behind it again, by the square of the file's size.
+    RequireRoomBefore(chunk.End(), "chunk", countPosition, count, layout.RecordSize, first, "track record");
 
     for (std::int32_t number = 1; number <= count; ++number) {
         const std::int64_t r = first + (number - 1) * layout.RecordSize;
@@ -505,7 +509,7 @@ std::int64_t ReadTrackChunk(ReadContext& ctx, const ChunkHeader& chunk) {
     const std::int64_t first = countPosition + (OlderTrackLayout(ctx.session.SesVersion) ? 4 : 8);
 
     if (chunk.Tag == "trks") {
-        ReadTrksRecords(ctx, countPosition, count, first);
+        ReadTrksRecords(ctx, chunk, countPosition, count, first);
         return chunk.End();
     }
     // The walk goes on where the last entry ended.

@@ -79,6 +79,25 @@ TEST(TrackChunks, Audition15TakesTheIdAt56WhenItIsTheEntryNumber) {
     EXPECT_EQ(session.SesTracks[0].TrackId, 0);
 }
 
+// The walk goes on behind the payload, so the records must lie inside it:
+// measured against the file, each of many small chunks could read all the
+// records behind it again, taking time by the square of the file's size.
+TEST(TrackChunks, LowerCaseRecordsLieInsideTheirChunk) {
+    TrksRecord record;
+    record.Name = "One";
+    const Bytes one = TrksPayload(104, false, {record});
+    Bytes payload = Bytes().Int32(2);  // the count claims a second record
+    for (std::size_t i = 4; i < one.Size(); ++i) payload.Byte(one.Data()[i]);
+    const auto bytes = SesBuilder().Version("Audition 1.0").Chunk("trks", payload).Chunk("trks", one).Build();
+    Session session;
+    const ImportResult result = ReadSesBytes(bytes, session, {});
+    EXPECT_EQ(result.Status, ImportStatus::Failed);
+    EXPECT_EQ(result.ErrorChunk, "trks");
+    EXPECT_EQ(result.Message,
+              "the track record count 2 at offset 40 needs at least 208 bytes from offset 44, but the chunk has 104 "
+              "there");
+}
+
 // An entry with every part filled, and a plain one behind it that only
 // its RecordLength can reach.
 TEST(TrackChunks, AnUpperCaseEntryFillsEveryList) {
