@@ -140,18 +140,18 @@ double PercentToFraction(double percent) {
 // the rack block's length, A a send's parameter list, D a send parameter.
 class UpperTrackChunk {
 public:
-    explicit UpperTrackChunk(ReadContext& ctx)
-        : file_(ctx.file), session_(ctx.session), work_(2 * ctx.file.Size() + 64) {}
+    explicit UpperTrackChunk(ReadContext& ctx) : file_(ctx.file), session_(ctx.session) {}
 
     // Reads `count` entries from `position`; returns where the last ended.
     std::int64_t ReadEntries(std::int64_t countPosition, std::int32_t count, std::int64_t position) {
         RequireRoomFor(file_, countPosition, count, kMinimumEntrySize, position, "track entry");
         for (std::int32_t entry = 1; entry <= count; ++entry) {
-            Spend(1, position);
             const std::int32_t marker = file_.Int32(position + 4);
             if (marker >= kSkippedMarkersFrom && marker < kSkippedMarkersTo) {
                 position = SkipText(position + 8) + kMarkerEntryTail;
             } else if (marker == kVideoMarker) {
+                const std::int64_t end = SkipText(position + 8) + kMarkerEntryTail;
+                Allow(position, end);
                 SesTrack video;
                 video.TrackId = kVideoTrackId;
                 video.Name = FixedText(TrimBlanks(Utf16Text(position + 8)));
@@ -159,7 +159,7 @@ public:
                 video.TrackHeight = 0;
                 video.AutomationMode = 0;
                 session_.SesTracks.push_back(std::move(video));
-                position = SkipText(position + 8) + kMarkerEntryTail;
+                position = end;
                 // The entry behind a video entry is a track entry, whatever
                 // its marker says, and the two use up two of the count.
                 position = ReadTrackEntry(position);
@@ -172,15 +172,26 @@ public:
     }
 
 private:
-    // Work is bounded by the file's size: in a sound file the items of the
-    // lists never share bytes, so reading all of them costs less than this.
-    // Lists that overlap could otherwise make a small file take for ever.
+    // The work of an entry is bounded by its own size. In a sound file
+    // everything an entry reads lies inside it and no two items share
+    // bytes, so reading all of them costs less than twice that. Lists that
+    // overlap, or that run outside their entry, could otherwise make a small
+    // file take for ever, and entries of many chunks could all read the same
+    // points again and pile them up by the square of the file's size.
+    void Allow(std::int64_t entry, std::int64_t end) {
+        entry_ = entry;
+        entrySize_ = end - entry;
+        work_ = 2 * entrySize_ + 64;
+    }
+
+    // Texts spend a unit a byte, points their 16 bytes, other items one.
     void Spend(std::int64_t units, std::int64_t position) {
         work_ -= units;
         if (work_ >= 0) return;
-        throw ReadError(position, "the track entry lists reach offset " + std::to_string(position) +
-                                      " again and again: they describe more than the file's " +
-                                      std::to_string(file_.Size()) + " bytes can hold");
+        throw ReadError(position, "the track entry at offset " + std::to_string(entry_) +
+                                      " reads more than twice its own " + std::to_string(entrySize_) +
+                                      " bytes at offset " + std::to_string(position) +
+                                      ": its lists run outside it or over the same bytes again and again");
     }
 
     std::int64_t TextUnits(std::int64_t position) const {
@@ -245,7 +256,7 @@ private:
     void ReadPoints(std::int64_t countPosition, std::int32_t count, std::int64_t first, Take&& take) {
         RequireRoomFor(file_, countPosition, count, kPointSize, first, "automation point");
         if (count <= 0) return;
-        Spend(count, countPosition);
+        Spend(count * kPointSize, countPosition);
         for (std::int32_t i = 0; i < count; ++i) {
             const std::int64_t point = first + i * kPointSize;
             take(i, file_.Int32(point), file_.Double(point + 8));
@@ -277,7 +288,6 @@ private:
     }
 
     std::int64_t ReadTrackEntry(std::int64_t entry) {
-        Spend(1, entry);
         const std::int64_t q = entry + kEntryLead;
         const std::int64_t recordLength = ReadLength(file_, q, "track record");
         const std::int64_t next = q + 4 + recordLength;
@@ -286,6 +296,7 @@ private:
                                    std::to_string(recordLength) + ", which runs past the end of the file (" +
                                    std::to_string(file_.Size()) + " bytes)");
         }
+        Allow(entry, next);
 
         SesTrack track;
         track.TrackId = file_.Int32(q + 4);
@@ -493,7 +504,9 @@ private:
 
     const ByteReader& file_;
     Session& session_;
-    std::int64_t work_;
+    std::int64_t entry_ = 0;      // the entry being read
+    std::int64_t entrySize_ = 0;  // its size, up to where the next entry starts
+    std::int64_t work_ = 0;       // what it may still read
 };
 
 }  // namespace

@@ -217,6 +217,31 @@ TEST(TrackChunks, TheWalkGoesOnWhereTheLastEntryEnded) {
     EXPECT_EQ(Describe(session.TrackVolumePoints), (Strings{"1 @0 0.5", "2 @0 0.25"}));
 }
 
+// Everything a track entry reads lies inside its record, so an entry may
+// read at most twice its own size. Here the RecordLength says 600 while the
+// volume section alone holds 1600 bytes of points: lists that run outside
+// their entry would let each of many chunks read the same points again, and
+// the lists would pile up by the square of the file's size.
+TEST(TrackChunks, AnEntryThatReadsFarOutsideItselfFails) {
+    TrackEntry wide = NamedEntry(1, u"Wide");
+    for (int i = 0; i < 100; ++i) wide.Volume.push_back({i, 0.5});
+    wide.RecordLengthOverride = 600;
+    // The walk ends behind the claimed record, at 82 + 600.
+    const auto bytes = SesBuilder()
+                           .Version("Audition 3.0")
+                           .Chunk("TRKS", UpperTrksPayload(true, 1, {TrackEntryBytes(wide)}))
+                           .DeclaredLength(683)
+                           .Build();
+    Session session;
+    const ImportResult result = ReadSesBytes(bytes, session, {});
+    EXPECT_EQ(result.Status, ImportStatus::Failed);
+    EXPECT_EQ(result.ErrorChunk, "TRKS");
+    EXPECT_EQ(result.ErrorOffset, 956);  // the volume count, 412 behind the section's name
+    EXPECT_EQ(result.Message,
+              "the track entry at offset 48 reads more than twice its own 634 bytes at offset 956: its lists run "
+              "outside it or over the same bytes again and again");
+}
+
 // Hostile entries fail the file at the field that is wrong.
 TEST(TrackChunks, HostileEntriesFailWithTheirOffset) {
     struct Case {
