@@ -10,6 +10,7 @@
 #include "reader/ReadError.h"
 #include "reader/ReadLimits.h"
 #include "reader/TrackVersions.h"
+#include "reader/WideText.h"
 #include "services/Conversions.h"
 #include "writer/NumberText.h"
 #include "writer/TextHelpers.h"
@@ -140,7 +141,8 @@ double PercentToFraction(double percent) {
 // the rack block's length, A a send's parameter list, D a send parameter.
 class UpperTrackChunk {
 public:
-    explicit UpperTrackChunk(ReadContext& ctx) : file_(ctx.file), session_(ctx.session) {}
+    explicit UpperTrackChunk(ReadContext& ctx)
+        : file_(ctx.file), session_(ctx.session), charset_(ctx.options.Charset) {}
 
     // Reads `count` entries from `position`; returns where the last ended.
     std::int64_t ReadEntries(std::int64_t countPosition, std::int32_t count, std::int64_t position) {
@@ -215,19 +217,18 @@ private:
         return file_.NonZeroBytes(position + 4, bytes);
     }
 
-    // One character a unit, zero units dropped. Our texts are the session's
-    // 8-bit bytes: a unit up to 255 is that byte, and a unit above 255, which
-    // no 8-bit code page holds, becomes "?" as a code-page conversion writes
-    // a character it cannot show.
+    // One character a unit, zero units dropped. Our texts are 8-bit: each
+    // character becomes the bytes of the charset the document is recoded
+    // from, so that a character above 255 comes back in the document.
     std::string Utf16Text(std::int64_t position) {
         const std::int64_t units = TextUnits(position);
         Spend(2 * units, position);
+        WideTextEncoder encoder(charset_);
         std::string text;
         for (std::int64_t i = 0; i < units; ++i) {
             const std::int64_t at = position + 4 + 2 * i;
-            const unsigned unit = file_.Byte(at) | (static_cast<unsigned>(file_.Byte(at + 1)) << 8);
-            if (unit == 0) continue;
-            text.push_back(unit > 255 ? '?' : static_cast<char>(unit));
+            const auto unit = static_cast<std::uint16_t>(file_.Byte(at) | (file_.Byte(at + 1) << 8));
+            if (unit != 0) encoder.Append(unit, text);
         }
         return text;
     }
@@ -504,6 +505,7 @@ private:
 
     const ByteReader& file_;
     Session& session_;
+    const std::string& charset_;  // the 8-bit texts' charset, empty when none is named
     std::int64_t entry_ = 0;      // the entry being read
     std::int64_t entrySize_ = 0;  // its size, up to where the next entry starts
     std::int64_t work_ = 0;       // what it may still read

@@ -195,6 +195,15 @@ TEST(TrackChunks, MarkerEntries) {
               (Strings{"'Film?\xE9' id 490000 gains 1/1 state 0 solo 0 pan 0 bus 0 out 10000 height 0 phase 0 post 0 "
                        "mode 0",
                        "'Behind' id 3 gains 1/1 state 0 solo 0 pan 0 bus 0 out 0 height 0 phase 0 post 0 mode 1"}));
+
+    // With a charset the name is in that charset's bytes, which the
+    // document is recoded from: in ISO-8859-2 the L with stroke is A3 and
+    // the e acute E9.
+    ConvertOptions latin2;
+    latin2.Charset = "ISO-8859-2";
+    Session recoded;
+    ASSERT_EQ(ReadSesBytes(bytes, recoded, latin2).Status, ImportStatus::Converted);
+    EXPECT_EQ(recoded.SesTracks[0].Name, "Film\xA3\xE9");
 }
 
 TEST(TrackChunks, TheWalkGoesOnWhereTheLastEntryEnded) {
