@@ -10,6 +10,7 @@
 #include "reader/ReadError.h"
 #include "reader/ReadLimits.h"
 #include "reader/TrackVersions.h"
+#include "reader/WideText.h"
 #include "services/Conversions.h"
 #include "writer/NumberText.h"
 #include "writer/TextHelpers.h"
@@ -49,11 +50,15 @@ std::string RecordName(const ByteReader& file, std::int64_t from, std::int64_t r
     return name;
 }
 
-void ReadTrksRecords(ReadContext& ctx, std::int64_t countPosition, std::int32_t count, std::int64_t first) {
+void ReadTrksRecords(ReadContext& ctx, const ChunkHeader& chunk, std::int64_t countPosition, std::int32_t count,
+                     std::int64_t first) {
     const ByteReader& file = ctx.file;
     const std::string& version = ctx.session.SesVersion;
     const TrksLayout layout = TrksLayoutFor(version);
-    RequireRoomFor(file, countPosition, count, layout.RecordSize, first, "track record");
+    // The walk goes on behind the payload, so the records lie inside it.
+    // Measured against the file, each of many small chunks could read all
+    // the records behind it again, by the square of the file's size.
+    RequireRoomBefore(chunk.End(), "chunk", countPosition, count, layout.RecordSize, first, "track record");
 
     for (std::int32_t number = 1; number <= count; ++number) {
         const std::int64_t r = first + (number - 1) * layout.RecordSize;
@@ -137,17 +142,18 @@ double PercentToFraction(double percent) {
 class UpperTrackChunk {
 public:
     explicit UpperTrackChunk(ReadContext& ctx)
-        : file_(ctx.file), session_(ctx.session), work_(2 * ctx.file.Size() + 64) {}
+        : file_(ctx.file), session_(ctx.session), charset_(ctx.options.Charset) {}
 
     // Reads `count` entries from `position`; returns where the last ended.
     std::int64_t ReadEntries(std::int64_t countPosition, std::int32_t count, std::int64_t position) {
         RequireRoomFor(file_, countPosition, count, kMinimumEntrySize, position, "track entry");
         for (std::int32_t entry = 1; entry <= count; ++entry) {
-            Spend(1, position);
             const std::int32_t marker = file_.Int32(position + 4);
             if (marker >= kSkippedMarkersFrom && marker < kSkippedMarkersTo) {
                 position = SkipText(position + 8) + kMarkerEntryTail;
             } else if (marker == kVideoMarker) {
+                const std::int64_t end = SkipText(position + 8) + kMarkerEntryTail;
+                Allow(position, end);
                 SesTrack video;
                 video.TrackId = kVideoTrackId;
                 video.Name = FixedText(TrimBlanks(Utf16Text(position + 8)));
@@ -155,7 +161,7 @@ public:
                 video.TrackHeight = 0;
                 video.AutomationMode = 0;
                 session_.SesTracks.push_back(std::move(video));
-                position = SkipText(position + 8) + kMarkerEntryTail;
+                position = end;
                 // The entry behind a video entry is a track entry, whatever
                 // its marker says, and the two use up two of the count.
                 position = ReadTrackEntry(position);
@@ -168,15 +174,26 @@ public:
     }
 
 private:
-    // Work is bounded by the file's size: in a sound file the items of the
-    // lists never share bytes, so reading all of them costs less than this.
-    // Lists that overlap could otherwise make a small file take for ever.
+    // The work of an entry is bounded by its own size. In a sound file
+    // everything an entry reads lies inside it and no two items share
+    // bytes, so reading all of them costs less than twice that. Lists that
+    // overlap, or that run outside their entry, could otherwise make a small
+    // file take for ever, and entries of many chunks could all read the same
+    // points again and pile them up by the square of the file's size.
+    void Allow(std::int64_t entry, std::int64_t end) {
+        entry_ = entry;
+        entrySize_ = end - entry;
+        work_ = 2 * entrySize_ + 64;
+    }
+
+    // Texts spend a unit a byte, points their 16 bytes, other items one.
     void Spend(std::int64_t units, std::int64_t position) {
         work_ -= units;
         if (work_ >= 0) return;
-        throw ReadError(position, "the track entry lists reach offset " + std::to_string(position) +
-                                      " again and again: they describe more than the file's " +
-                                      std::to_string(file_.Size()) + " bytes can hold");
+        throw ReadError(position, "the track entry at offset " + std::to_string(entry_) +
+                                      " reads more than twice its own " + std::to_string(entrySize_) +
+                                      " bytes at offset " + std::to_string(position) +
+                                      ": its lists run outside it or over the same bytes again and again");
     }
 
     std::int64_t TextUnits(std::int64_t position) const {
@@ -200,19 +217,18 @@ private:
         return file_.NonZeroBytes(position + 4, bytes);
     }
 
-    // One character a unit, zero units dropped. Our texts are the session's
-    // 8-bit bytes: a unit up to 255 is that byte, and a unit above 255, which
-    // no 8-bit code page holds, becomes "?" as a code-page conversion writes
-    // a character it cannot show.
+    // One character a unit, zero units dropped. Our texts are 8-bit: each
+    // character becomes the bytes of the charset the document is recoded
+    // from, so that a character above 255 comes back in the document.
     std::string Utf16Text(std::int64_t position) {
         const std::int64_t units = TextUnits(position);
         Spend(2 * units, position);
+        WideTextEncoder encoder(charset_);
         std::string text;
         for (std::int64_t i = 0; i < units; ++i) {
             const std::int64_t at = position + 4 + 2 * i;
-            const unsigned unit = file_.Byte(at) | (static_cast<unsigned>(file_.Byte(at + 1)) << 8);
-            if (unit == 0) continue;
-            text.push_back(unit > 255 ? '?' : static_cast<char>(unit));
+            const auto unit = static_cast<std::uint16_t>(file_.Byte(at) | (file_.Byte(at + 1) << 8));
+            if (unit != 0) encoder.Append(unit, text);
         }
         return text;
     }
@@ -241,7 +257,7 @@ private:
     void ReadPoints(std::int64_t countPosition, std::int32_t count, std::int64_t first, Take&& take) {
         RequireRoomFor(file_, countPosition, count, kPointSize, first, "automation point");
         if (count <= 0) return;
-        Spend(count, countPosition);
+        Spend(count * kPointSize, countPosition);
         for (std::int32_t i = 0; i < count; ++i) {
             const std::int64_t point = first + i * kPointSize;
             take(i, file_.Int32(point), file_.Double(point + 8));
@@ -273,7 +289,6 @@ private:
     }
 
     std::int64_t ReadTrackEntry(std::int64_t entry) {
-        Spend(1, entry);
         const std::int64_t q = entry + kEntryLead;
         const std::int64_t recordLength = ReadLength(file_, q, "track record");
         const std::int64_t next = q + 4 + recordLength;
@@ -282,6 +297,7 @@ private:
                                    std::to_string(recordLength) + ", which runs past the end of the file (" +
                                    std::to_string(file_.Size()) + " bytes)");
         }
+        Allow(entry, next);
 
         SesTrack track;
         track.TrackId = file_.Int32(q + 4);
@@ -489,7 +505,10 @@ private:
 
     const ByteReader& file_;
     Session& session_;
-    std::int64_t work_;
+    const std::string& charset_;  // the 8-bit texts' charset, empty when none is named
+    std::int64_t entry_ = 0;      // the entry being read
+    std::int64_t entrySize_ = 0;  // its size, up to where the next entry starts
+    std::int64_t work_ = 0;       // what it may still read
 };
 
 }  // namespace
@@ -505,7 +524,7 @@ std::int64_t ReadTrackChunk(ReadContext& ctx, const ChunkHeader& chunk) {
     const std::int64_t first = countPosition + (OlderTrackLayout(ctx.session.SesVersion) ? 4 : 8);
 
     if (chunk.Tag == "trks") {
-        ReadTrksRecords(ctx, countPosition, count, first);
+        ReadTrksRecords(ctx, chunk, countPosition, count, first);
         return chunk.End();
     }
     // The walk goes on where the last entry ended.

@@ -19,7 +19,10 @@ std::int64_t ReadTkeqChunk(ReadContext& ctx, const ChunkHeader& chunk) {
     const std::int64_t countPosition = chunk.PayloadPosition;
     const std::int32_t count = file.Int32(countPosition);
     RequireLoopCounter16(countPosition, count, "EQ record");
-    RequireRoomFor(file, countPosition, count, kTkeqRecordSize, countPosition + 4, "EQ record");
+    // The records lie inside the chunk. Measured against the file, every
+    // chunk of a file could read all the bytes behind it again, and many
+    // small chunks would pile up records by the square of the file's size.
+    RequireRoomBefore(chunk.End(), "chunk", countPosition, count, kTkeqRecordSize, countPosition + 4, "EQ record");
 
     for (std::int32_t i = 0; i < count; ++i) {
         const std::int64_t r = countPosition + 4 + i * kTkeqRecordSize;

@@ -66,13 +66,47 @@ TEST(EnvelopeChunks, AbsurdCountsFailAtTheirOffset) {
     EXPECT_EQ(result.ErrorOffset, 40 + 20);
     EXPECT_EQ(result.ErrorChunk, "ep20");
 
-    // "envp" counts are bounded by the file alone.
+    // "envp" counts are not held to 16 bits, only to the chunk.
     const Bytes group = Bytes().Int32(1).Int32(0).Int32(9).Int32(1000000).Int32(0);
     result = ReadSesBytes(SesBuilder().Version("Audition 1.5").Chunk("envp", group).Build(), session, {});
     EXPECT_EQ(result.Status, ImportStatus::Failed);
     EXPECT_EQ(result.Message,
               "the volume point count 1000000 at offset 52 needs at least 24000000 bytes from offset 60, but the "
-              "file has 0 there");
+              "chunk has 0 there");
+}
+
+// The points of a chunk lie inside it, even where the file behind would
+// hold them: otherwise each of many small chunks could read the rest of the
+// file again, and the points would pile up by the square of its size.
+TEST(EnvelopeChunks, CountsThatReachPastTheChunkFail) {
+    const Bytes spare = Bytes().Zeros(200);
+    struct Case {
+        const char* Tag;
+        Bytes Payload;
+        std::string Message;
+    };
+    const std::vector<Case> cases{
+        {"ep20", Bytes().Int32(3).Int32(0).Int32(0).Int32(7).Int32(0),
+         "the envelope group count 3 at offset 40 needs at least 48 bytes from offset 44, but the chunk has 16 there"},
+        {"ep20", Bytes().Int32(1).Int32(0).Int32(0).Int32(7).Int32(2).Int32(0).Int32(1).Int32(0),
+         "the envelope lane count 2 at offset 56 needs at least 24 bytes from offset 60, but the chunk has 12 there"},
+        {"ep20", Bytes().Int32(1).Int32(0).Int32(0).Int32(7).Int32(1).Int32(2).Int32(1).Int32(0).Zeros(12),
+         "the envelope point count 2 at offset 60 needs at least 24 bytes from offset 72, but the chunk has 12 "
+         "there"},
+        {"envp", Bytes().Int32(2).Int32(0).Int32(7).Int32(0).Int32(0),
+         "the envelope group count 2 at offset 40 needs at least 32 bytes from offset 44, but the chunk has 16 there"},
+        {"envp", Bytes().Int32(1).Int32(0).Int32(7).Int32(0).Int32(1),
+         "the pan point count 1 at offset 56 needs at least 24 bytes from offset 60, but the chunk has 0 there"},
+    };
+    for (const Case& c : cases) {
+        Session session;
+        const auto bytes =
+            SesBuilder().Version("Audition 1.5").Chunk(c.Tag, c.Payload).Chunk("spar", spare).Build();
+        const ImportResult result = ReadSesBytes(bytes, session, {});
+        EXPECT_EQ(result.Status, ImportStatus::Failed) << c.Message;
+        EXPECT_EQ(result.ErrorChunk, c.Tag);
+        EXPECT_EQ(result.Message, c.Message);
+    }
 }
 
 }  // namespace

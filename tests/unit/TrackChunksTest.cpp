@@ -79,6 +79,25 @@ TEST(TrackChunks, Audition15TakesTheIdAt56WhenItIsTheEntryNumber) {
     EXPECT_EQ(session.SesTracks[0].TrackId, 0);
 }
 
+// The walk goes on behind the payload, so the records must lie inside it:
+// measured against the file, each of many small chunks could read all the
+// records behind it again, taking time by the square of the file's size.
+TEST(TrackChunks, LowerCaseRecordsLieInsideTheirChunk) {
+    TrksRecord record;
+    record.Name = "One";
+    const Bytes one = TrksPayload(104, false, {record});
+    Bytes payload = Bytes().Int32(2);  // the count claims a second record
+    for (std::size_t i = 4; i < one.Size(); ++i) payload.Byte(one.Data()[i]);
+    const auto bytes = SesBuilder().Version("Audition 1.0").Chunk("trks", payload).Chunk("trks", one).Build();
+    Session session;
+    const ImportResult result = ReadSesBytes(bytes, session, {});
+    EXPECT_EQ(result.Status, ImportStatus::Failed);
+    EXPECT_EQ(result.ErrorChunk, "trks");
+    EXPECT_EQ(result.Message,
+              "the track record count 2 at offset 40 needs at least 208 bytes from offset 44, but the chunk has 104 "
+              "there");
+}
+
 // An entry with every part filled, and a plain one behind it that only
 // its RecordLength can reach.
 TEST(TrackChunks, AnUpperCaseEntryFillsEveryList) {
@@ -176,6 +195,15 @@ TEST(TrackChunks, MarkerEntries) {
               (Strings{"'Film?\xE9' id 490000 gains 1/1 state 0 solo 0 pan 0 bus 0 out 10000 height 0 phase 0 post 0 "
                        "mode 0",
                        "'Behind' id 3 gains 1/1 state 0 solo 0 pan 0 bus 0 out 0 height 0 phase 0 post 0 mode 1"}));
+
+    // With a charset the name is in that charset's bytes, which the
+    // document is recoded from: in ISO-8859-2 the L with stroke is A3 and
+    // the e acute E9.
+    ConvertOptions latin2;
+    latin2.Charset = "ISO-8859-2";
+    Session recoded;
+    ASSERT_EQ(ReadSesBytes(bytes, recoded, latin2).Status, ImportStatus::Converted);
+    EXPECT_EQ(recoded.SesTracks[0].Name, "Film\xA3\xE9");
 }
 
 TEST(TrackChunks, TheWalkGoesOnWhereTheLastEntryEnded) {
@@ -196,6 +224,31 @@ TEST(TrackChunks, TheWalkGoesOnWhereTheLastEntryEnded) {
     ASSERT_EQ(session.SesTracks.size(), 1u);
     EXPECT_EQ(session.SesTracks[0].Name, "Second");
     EXPECT_EQ(Describe(session.TrackVolumePoints), (Strings{"1 @0 0.5", "2 @0 0.25"}));
+}
+
+// Everything a track entry reads lies inside its record, so an entry may
+// read at most twice its own size. Here the RecordLength says 600 while the
+// volume section alone holds 1600 bytes of points: lists that run outside
+// their entry would let each of many chunks read the same points again, and
+// the lists would pile up by the square of the file's size.
+TEST(TrackChunks, AnEntryThatReadsFarOutsideItselfFails) {
+    TrackEntry wide = NamedEntry(1, u"Wide");
+    for (int i = 0; i < 100; ++i) wide.Volume.push_back({i, 0.5});
+    wide.RecordLengthOverride = 600;
+    // The walk ends behind the claimed record, at 82 + 600.
+    const auto bytes = SesBuilder()
+                           .Version("Audition 3.0")
+                           .Chunk("TRKS", UpperTrksPayload(true, 1, {TrackEntryBytes(wide)}))
+                           .DeclaredLength(683)
+                           .Build();
+    Session session;
+    const ImportResult result = ReadSesBytes(bytes, session, {});
+    EXPECT_EQ(result.Status, ImportStatus::Failed);
+    EXPECT_EQ(result.ErrorChunk, "TRKS");
+    EXPECT_EQ(result.ErrorOffset, 956);  // the volume count, 412 behind the section's name
+    EXPECT_EQ(result.Message,
+              "the track entry at offset 48 reads more than twice its own 634 bytes at offset 956: its lists run "
+              "outside it or over the same bytes again and again");
 }
 
 // Hostile entries fail the file at the field that is wrong.

@@ -73,7 +73,7 @@ TEST(TrackEqChunk, ARecordFindsItsTrackByOrdinal) {
                        R"x(<parameter index="14" name="EQ Band 3 (Gain)" parameterValue="0.4333333"/>)x"}));
 }
 
-TEST(TrackEqChunk, CountsBeyondTheLoopCounterOrTheFileFail) {
+TEST(TrackEqChunk, CountsBeyondTheLoopCounterOrTheChunkFail) {
     const auto tooMany = SesBuilder().Version("Audition 1.5").Chunk("tkeq", Bytes().Int32(32768)).Build();
     Session session;
     ImportResult result = ReadSesBytes(tooMany, session, {});
@@ -81,11 +81,18 @@ TEST(TrackEqChunk, CountsBeyondTheLoopCounterOrTheFileFail) {
     EXPECT_EQ(result.ErrorChunk, "tkeq");
     EXPECT_EQ(result.Message, "the EQ record count 32768 at offset 40 is above 32767, the most this list can hold");
 
-    const auto cut = SesBuilder().Version("Audition 1.5").Chunk("tkeq", Bytes().Int32(2).Zeros(88)).Build();
+    // The records of a chunk lie inside it: a count that reaches into the
+    // chunk behind would let every chunk read the rest of the file again.
+    const auto cut = SesBuilder()
+                         .Version("Audition 1.5")
+                         .Chunk("tkeq", Bytes().Int32(2).Zeros(88))
+                         .Chunk("tkeq", Bytes().Int32(0).Zeros(100))
+                         .Build();
     result = ReadSesBytes(cut, session, {});
+    EXPECT_EQ(result.Status, ImportStatus::Failed);
     EXPECT_EQ(result.ErrorOffset, 40);
     EXPECT_EQ(result.Message,
-              "the EQ record count 2 at offset 40 needs at least 176 bytes from offset 44, but the file has 88 there");
+              "the EQ record count 2 at offset 40 needs at least 176 bytes from offset 44, but the chunk has 88 there");
 }
 
 }  // namespace
