@@ -1,14 +1,12 @@
 // Readers of the media lists: "LIST" with 8-bit names and "WLST" with 16-bit
 // names (docs/format/media.md).
-#include <iconv.h>
-
 #include <array>
 #include <cstdint>
 
 #include "model/VersionClasses.h"
 #include "reader/ChunkReaders.h"
 #include "reader/ReadError.h"
-#include "services/Recoding.h"
+#include "reader/WideText.h"
 
 namespace morvanta {
 namespace {
@@ -29,52 +27,6 @@ constexpr std::int64_t kWideCountedFrom = 8;
 
 // Versions whose entries follow each other directly behind the name.
 bool PackedEntries(const std::string& v) { return Ce2000(v) || Pro12(v); }
-
-// 16-bit name characters become the 8-bit text that the rest of the
-// conversion works with: the bytes of the charset the document is later
-// recoded from, so that the recoding gives the characters back. Without a
-// charset it knows, a unit below 256 stands for itself and any other is "?".
-// Plain ASCII always stays as it is, so path separators survive.
-class WideNameEncoder {
-public:
-    explicit WideNameEncoder(const std::string& charset) {
-        if (charset.empty()) return;
-        cd_ = iconv_open(IconvCharsetName(charset).c_str(), "UTF-16LE");
-    }
-    ~WideNameEncoder() {
-        if (Usable()) iconv_close(cd_);
-    }
-    WideNameEncoder(const WideNameEncoder&) = delete;
-    WideNameEncoder& operator=(const WideNameEncoder&) = delete;
-
-    void Append(std::uint16_t unit, std::string& text) {
-        if (unit < 128) {
-            text.push_back(static_cast<char>(unit));
-            return;
-        }
-        if (!Usable()) {
-            text.push_back(unit < 256 ? static_cast<char>(unit) : '?');
-            return;
-        }
-        std::array<char, 2> in{static_cast<char>(unit & 0xFF), static_cast<char>(unit >> 8)};
-        std::array<char, 8> out{};
-        char* inPtr = in.data();
-        char* outPtr = out.data();
-        std::size_t inLeft = in.size();
-        std::size_t outLeft = out.size();
-        if (iconv(cd_, &inPtr, &inLeft, &outPtr, &outLeft) == static_cast<std::size_t>(-1)) {
-            iconv(cd_, nullptr, nullptr, nullptr, nullptr);
-            text.push_back('?');
-            return;
-        }
-        text.append(out.data(), static_cast<std::size_t>(outPtr - out.data()));
-    }
-
-private:
-    static iconv_t None() { return reinterpret_cast<iconv_t>(static_cast<std::intptr_t>(-1)); }
-    bool Usable() const { return cd_ != None(); }
-    iconv_t cd_ = None();
-};
 
 // The name buffers of a sound file's wave lists lie inside their entries,
 // so together they are never longer than the file. Entries whose buffers
@@ -146,7 +98,7 @@ std::int64_t ReadWideWaveList(ReadContext& ctx, const ChunkHeader& chunk) {
     const ByteReader& file = ctx.file;
     const std::int64_t p = chunk.PayloadPosition;
     if (chunk.PayloadLength <= 0) return p + kEmptyListStepLong;
-    WideNameEncoder encoder(ctx.options.Charset);
+    WideTextEncoder encoder(ctx.options.Charset);
     const std::int64_t end = chunk.End();
     std::int64_t entry = p;
     for (;;) {
