@@ -35,6 +35,13 @@ TEST(ConversionRun, MessagesOfTheRun) {
     const std::string sixty(60, 'p'), fiftyNine(59, 'p');
     EXPECT_EQ(OverwriteMessage(sixty), "File '" + sixty + "' Already Exists.\r\nOverwrite Existing File?");
     EXPECT_EQ(OverwriteMessage(fiftyNine), "File '" + fiftyNine + "' Already Exists.\r\n\r\nOverwrite Existing File?");
+    // Characters are counted, not the bytes of their UTF-8 form: "é" takes
+    // two bytes, "♪" three.
+    const std::string fiftyNineAccented = std::string(56, 'p') + "/é♪";
+    const std::string sixtyAccented = std::string(57, 'p') + "/é♪";
+    EXPECT_EQ(OverwriteMessage(fiftyNineAccented),
+              "File '" + fiftyNineAccented + "' Already Exists.\r\n\r\nOverwrite Existing File?");
+    EXPECT_EQ(OverwriteMessage(sixtyAccented), "File '" + sixtyAccented + "' Already Exists.\r\nOverwrite Existing File?");
 }
 
 class RunFixture : public ::testing::Test {
