@@ -162,6 +162,28 @@ TEST(ConversionRun, RefusedAndBrokenFilesAreCountedAndFailAlone) {
         EXPECT_FALSE(entry.path().filename().string().starts_with(".")) << "left behind: " << entry.path();
 }
 
+TEST(ConversionRun, AFileTooLargeForASessionFailsAloneWithoutBeingLoaded) {
+    // Positions in a session file are 32-bit: no session is longer than
+    // 2147483647 bytes. A larger file (here a sparse one) is not read into
+    // memory, which for a file of terabytes would end the whole run.
+    TempDir dir;
+    WriteFile(dir / "huge.ses", std::string("COOLNESS"));
+    std::error_code ec;
+    std::filesystem::resize_file(dir / "huge.ses", 2147483648ull, ec);
+    if (ec) GTEST_SKIP() << "this file system has no sparse file of 2 GiB: " << ec.message();
+    WriteFile(dir / "good.ses", GoodSession());
+    const std::string folder = dir.Path().string() + "/";
+    std::vector<RunRow> rows{{folder, "huge.ses", true}, {folder, "good.ses", true}};
+    const RunSummary summary = RunConversion(rows, {});
+    EXPECT_EQ(summary.ConvertedCount, 2);
+    ASSERT_EQ(summary.Outcomes.size(), 2u);
+    EXPECT_EQ(summary.Outcomes[0].Status, FileStatus::Failed);
+    EXPECT_EQ(summary.Outcomes[0].Message,
+              folder + "huge.ses: the file has 2147483648 bytes, more than the 2147483647 of the longest session file");
+    EXPECT_FALSE(std::filesystem::exists(dir / "huge.sesx"));
+    EXPECT_EQ(summary.Outcomes[1].Status, FileStatus::Converted);
+}
+
 TEST(ConversionRun, AnUnwritableTargetFailsWithThePath) {
     TempDir dir;
     WriteFile(dir / "a.ses", GoodSession());
