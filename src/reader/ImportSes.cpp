@@ -325,6 +325,16 @@ ImportResult ImportSesFile(const std::filesystem::path& SesPath,
 
     std::error_code ec;
     const auto size = std::filesystem::file_size(SesPath, ec);
+    // Positions in a session file are 32-bit, so no session is longer than
+    // this. A larger file is refused before it is read into memory.
+    constexpr std::uintmax_t kLongestSessionFile = 2147483647;
+    if (!ec && size > kLongestSessionFile) {
+        ImportResult result;
+        result.Status = ImportStatus::Failed;
+        result.Message = "the file has " + std::to_string(size) + " bytes, more than the " +
+                         std::to_string(kLongestSessionFile) + " of the longest session file";
+        return result;
+    }
     std::vector<std::uint8_t> bytes;
     if (!ec) {
         bytes.resize(static_cast<std::size_t>(size));

@@ -14,6 +14,13 @@ bool EndsInSeparator(const std::string& path) {
     return !path.empty() && (path.back() == '/' || path.back() == '\\');
 }
 
+// Characters of a UTF-8 text: every byte that does not continue a sequence.
+std::size_t CharacterCount(const std::string& text) {
+    std::size_t count = 0;
+    for (const char c : text) count += (static_cast<unsigned char>(c) & 0xC0) != 0x80 ? 1 : 0;
+    return count;
+}
+
 FileStatus StatusOf(ImportStatus status) {
     switch (status) {
         case ImportStatus::Converted: return FileStatus::Converted;
@@ -63,7 +70,7 @@ std::string ConfirmationText(int checkedCount, const RunSettings& settings) {
 std::string OverwriteMessage(const std::string& targetPath) {
     std::string text = "File '" + targetPath + "' Already Exists.";
     text += kLineBreak;
-    if (targetPath.size() < 60) text += kLineBreak;
+    if (CharacterCount(targetPath) < 60) text += kLineBreak;
     return text + "Overwrite Existing File?";
 }
 

@@ -35,6 +35,13 @@ TEST(ConversionRun, MessagesOfTheRun) {
     const std::string sixty(60, 'p'), fiftyNine(59, 'p');
     EXPECT_EQ(OverwriteMessage(sixty), "File '" + sixty + "' Already Exists.\r\nOverwrite Existing File?");
     EXPECT_EQ(OverwriteMessage(fiftyNine), "File '" + fiftyNine + "' Already Exists.\r\n\r\nOverwrite Existing File?");
+    // Characters are counted, not the bytes of their UTF-8 form: "é" takes
+    // two bytes, "♪" three.
+    const std::string fiftyNineAccented = std::string(56, 'p') + "/é♪";
+    const std::string sixtyAccented = std::string(57, 'p') + "/é♪";
+    EXPECT_EQ(OverwriteMessage(fiftyNineAccented),
+              "File '" + fiftyNineAccented + "' Already Exists.\r\n\r\nOverwrite Existing File?");
+    EXPECT_EQ(OverwriteMessage(sixtyAccented), "File '" + sixtyAccented + "' Already Exists.\r\nOverwrite Existing File?");
 }
 
 class RunFixture : public ::testing::Test {
@@ -153,6 +160,28 @@ TEST(ConversionRun, RefusedAndBrokenFilesAreCountedAndFailAlone) {
     EXPECT_EQ(ReadFile(dir / "cut.sesx"), "old");  // a failed file never touches an existing document
     for (const auto& entry : std::filesystem::directory_iterator(dir.Path()))
         EXPECT_FALSE(entry.path().filename().string().starts_with(".")) << "left behind: " << entry.path();
+}
+
+TEST(ConversionRun, AFileTooLargeForASessionFailsAloneWithoutBeingLoaded) {
+    // Positions in a session file are 32-bit: no session is longer than
+    // 2147483647 bytes. A larger file (here a sparse one) is not read into
+    // memory, which for a file of terabytes would end the whole run.
+    TempDir dir;
+    WriteFile(dir / "huge.ses", std::string("COOLNESS"));
+    std::error_code ec;
+    std::filesystem::resize_file(dir / "huge.ses", 2147483648ull, ec);
+    if (ec) GTEST_SKIP() << "this file system has no sparse file of 2 GiB: " << ec.message();
+    WriteFile(dir / "good.ses", GoodSession());
+    const std::string folder = dir.Path().string() + "/";
+    std::vector<RunRow> rows{{folder, "huge.ses", true}, {folder, "good.ses", true}};
+    const RunSummary summary = RunConversion(rows, {});
+    EXPECT_EQ(summary.ConvertedCount, 2);
+    ASSERT_EQ(summary.Outcomes.size(), 2u);
+    EXPECT_EQ(summary.Outcomes[0].Status, FileStatus::Failed);
+    EXPECT_EQ(summary.Outcomes[0].Message,
+              folder + "huge.ses: the file has 2147483648 bytes, more than the 2147483647 of the longest session file");
+    EXPECT_FALSE(std::filesystem::exists(dir / "huge.sesx"));
+    EXPECT_EQ(summary.Outcomes[1].Status, FileStatus::Converted);
 }
 
 TEST(ConversionRun, AnUnwritableTargetFailsWithThePath) {
