@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
+#include <new>
 #include <optional>
 
 #include "model/VersionClasses.h"
@@ -307,9 +308,10 @@ std::optional<ImportResult> ProbeSesFile(std::ifstream& in) {
 
 }  // namespace
 
-ImportResult ImportSesFile(const std::filesystem::path& SesPath,
-                           const std::filesystem::path& OutputPath, bool VersionOnly,
-                           const ConvertOptions& options) {
+namespace {
+
+ImportResult ImportOneFile(const std::filesystem::path& SesPath, const std::filesystem::path& OutputPath,
+                           bool VersionOnly, const ConvertOptions& options) {
     std::ifstream in(SesPath, std::ios::binary);
     if (!in) {
         ImportResult result;
@@ -362,6 +364,29 @@ ImportResult ImportSesFile(const std::filesystem::path& SesPath,
         result.Message = error.what();
     }
     return result;
+}
+
+}  // namespace
+
+ImportResult ImportSesFile(const std::filesystem::path& SesPath,
+                           const std::filesystem::path& OutputPath, bool VersionOnly,
+                           const ConvertOptions& options) {
+    // The readers fail a bad file with its offset. Anything else that goes
+    // wrong on the way, such as memory running out for a very large file,
+    // still fails this file alone, so that a batch goes on.
+    try {
+        return ImportOneFile(SesPath, OutputPath, VersionOnly, options);
+    } catch (const std::bad_alloc&) {
+        ImportResult result;
+        result.Status = ImportStatus::Failed;
+        result.Message = "there is not enough memory to convert the file";
+        return result;
+    } catch (const std::exception& error) {
+        ImportResult result;
+        result.Status = ImportStatus::Failed;
+        result.Message = std::string("the file could not be converted: ") + error.what();
+        return result;
+    }
 }
 
 std::string DescribeFailure(const std::string& path, const ImportResult& result) {
