@@ -128,9 +128,10 @@ void MainWindow::OnScanDone(const ScanResult& result) {
         return;
     }
     folderTree_->View()->setFocus();
-    if (!scanDropped_ && !result.Problems.empty()) {
-        QStringList problems;
-        for (const ScanProblem& problem : result.Problems) problems << FromLocalPath(problem.Message);
+    QStringList problems;
+    for (const ScanProblem& problem : result.Problems)
+        if (!problem.Rejected) problems << FromLocalPath(problem.Message);
+    if (!scanDropped_ && !problems.isEmpty()) {
         if (problems.size() == 1) prompts_->Tell(QMessageBox::Critical, kErrorCaption, problems.front());
         else
             prompts_->Tell(QMessageBox::Critical, kErrorCaption,

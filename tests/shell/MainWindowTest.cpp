@@ -75,6 +75,10 @@ private slots:
         support::WriteExampleSessions(sessions);
         support::WriteBytes(sessions + "/UPPER.SES", SesBuilder().Version("Audition 3.0").Build());
         WriteText(sessions + "/notes.txt", "not a session");
+        // Cut short inside its version chunk: the reader rejects it.
+        std::vector<std::uint8_t> cut = SesBuilder().Version("Audition 3.0").Build();
+        cut.resize(24);
+        support::WriteBytes(sessions + "/cut.ses", cut);
         QDir().mkpath(sessions + "/sub");
         support::WriteBytes(sessions + "/sub/deep.ses", SesBuilder().Version("Audition 2.0").Build());
 
@@ -96,6 +100,7 @@ private slots:
         QCOMPARE(window.windowTitle(), QStringLiteral("Morvanta - Version 1.5.00"));
         QVERIFY(scans.wait(10000));
         QCOMPARE(Files(window), kExampleFiles);
+        QVERIFY(prompts.Shown.empty());  // a rejected file is passed over without a word
         QCOMPARE(window.CurrentFolder(), QDir::cleanPath(sessions));
         QCOMPARE(window.FolderTree()->SelectedKey(), QDir::cleanPath(sessions));
         QCOMPARE(QString::fromStdString(window.Sessions().Row(4).Version), QStringLiteral("Cool Edit 2000 1.0"));
