@@ -227,8 +227,7 @@ void MainWindow::BuildControls() {
     languageList_->setObjectName("LanguageList");
     for (const LanguageRow& row : LanguageTable) languageList_->addItem(QString::fromLatin1(row.Language.data()));
     languageList_->setEnabled(false);
-    languageList_->setMinimumContentsLength(9);
-    languageList_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    languageList_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     noPathNamesCheck_ = new QCheckBox(QStringLiteral("Don't write path names in SESX files"), buttonFrame_);
     noPathNamesCheck_->setObjectName("NoPathNamesCheck");
     {

@@ -9,6 +9,8 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QStyle>
+#include <QStyleOptionComboBox>
 #include <QTreeView>
 
 #include "ShellTestSupport.h"
@@ -334,6 +336,21 @@ private slots:
         QSignalSpy activated(&first, &SingleInstance::Activated);
         QVERIFY(second.HandOver());
         QVERIFY(activated.wait(5000));
+    }
+
+    void EveryLanguageNameIsShownWhole() {
+        QTemporaryDir dir;
+        MainWindow window(support::TemporarySettings(dir), std::make_unique<support::ScriptedPrompts>());
+        window.Start({dir.path()});
+        QApplication::processEvents();
+        auto* list = Control<QComboBox>(window, "LanguageList");
+        QStyleOptionComboBox option;
+        option.initFrom(list);
+        option.editable = false;
+        const QRect field = list->style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, list);
+        for (int row = 0; row < list->count(); ++row)
+            QVERIFY2(list->fontMetrics().horizontalAdvance(list->itemText(row)) <= field.width(),
+                     qPrintable(list->itemText(row)));
     }
 
     void AFirstStartTicksEveryTypeAndListsNothingUntilAsked() {
