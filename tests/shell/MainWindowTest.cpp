@@ -353,6 +353,24 @@ private slots:
                      qPrintable(list->itemText(row)));
     }
 
+    void ColumnWidthsTheUserSetAreKept() {
+        // A wide folder column and a narrow date: no longer the defaults.
+        const std::array<double, 5> widths{9000, 2880, 1500, 900, 1500};
+        QTemporaryDir dir;
+        ShellSettings settings;
+        settings.ColumnWidths = widths;
+        {
+            auto store = support::TemporarySettings(dir);
+            SaveSettings(*store, settings);
+        }
+        MainWindow window(support::TemporarySettings(dir), std::make_unique<support::ScriptedPrompts>());
+        window.Start({dir.path()});
+        QApplication::processEvents();
+        window.close();
+        auto stored = support::TemporarySettings(dir);
+        QCOMPARE(LoadSettings(*stored, "/program").ColumnWidths, widths);
+    }
+
     void AFirstStartTicksEveryTypeAndListsNothingUntilAsked() {
         QTemporaryDir dir;
         auto owned = std::make_unique<support::ScriptedPrompts>();
