@@ -338,6 +338,39 @@ private slots:
         QVERIFY(activated.wait(5000));
     }
 
+    void AScanEndsWithTheFocusWhereItsHandlerPutIt() {
+        QTemporaryDir dir;
+        const QString sessions = dir.filePath("Sessions");
+        support::WriteExampleSessions(sessions);
+        auto store = support::TemporarySettings(dir);
+        ShellSettings settings;
+        settings.LastDir = sessions;
+        settings.AutoRefresh = true;
+        SaveSettings(*store, settings);
+        MainWindow window(std::move(store), std::make_unique<support::ScriptedPrompts>());
+        QSignalSpy scans(&window, &MainWindow::ScanFinished);
+        window.Start({dir.path()});
+        QVERIFY(scans.wait(10000));
+        // The widget that has the focus when the window is active.
+        QCOMPARE(window.focusWidget(), window.FolderTree()->View());
+
+        // The type buttons and ticks rescan and leave the focus on the types.
+        QTest::mouseClick(Control<QPushButton>(window, "ResetlButton1"), Qt::LeftButton);
+        QVERIFY(scans.wait(10000));
+        QCOMPARE(window.focusWidget(), Control<QWidget>(window, "SESFileTypes"));
+        QTest::keyClick(Control<QWidget>(window, "SESFileTypes"), Qt::Key_Space);  // row 1 ticked as well
+        QVERIFY(scans.wait(10000));
+        QCOMPARE(window.FileTypes().Mask(), (1 << 1) | (1 << 9));
+        QCOMPARE(window.focusWidget(), Control<QWidget>(window, "SESFileTypes"));
+
+        // A click on a folder scans it and gives the tree the focus.
+        QTreeView* tree = window.FolderTree()->View();
+        const QModelIndex folder = window.FolderTree()->Model()->IndexOfPath(sessions);
+        QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, tree->visualRect(folder).center());
+        QVERIFY(scans.wait(10000));
+        QCOMPARE(window.focusWidget(), tree);
+    }
+
     void EveryLanguageNameIsShownWhole() {
         QTemporaryDir dir;
         MainWindow window(support::TemporarySettings(dir), std::make_unique<support::ScriptedPrompts>());
