@@ -89,7 +89,8 @@ void ScanOne(const fs::path& folder, const ScanOptions& options, ScanResult& res
         found.FileTypeRow = FileTypeRowFor(found.Version);
         if (!options.IncludeUnlisted) {
             if (probe.Status == ImportStatus::Failed) {
-                result.Problems.push_back({path, DescribeFailure(path, probe)});
+                const bool rejected = probe.ErrorOffset >= 0 || !probe.ErrorChunk.empty();
+                result.Problems.push_back({path, DescribeFailure(path, probe), rejected});
                 continue;
             }
             if (probe.Result < 0 || !probe.VersionRead || probe.Version.empty()) continue;

@@ -42,6 +42,10 @@ struct FoundSession {
 struct ScanProblem {
     std::string Path;
     std::string Message;
+    // The file was read, but its head is not sound (cut short, an absurd
+    // length): the window passes over it without a word, as over any file
+    // the reader rejects; a folder or file that cannot be opened is told.
+    bool Rejected = false;
 };
 
 struct ScanResult {

@@ -227,8 +227,7 @@ void MainWindow::BuildControls() {
     languageList_->setObjectName("LanguageList");
     for (const LanguageRow& row : LanguageTable) languageList_->addItem(QString::fromLatin1(row.Language.data()));
     languageList_->setEnabled(false);
-    languageList_->setMinimumContentsLength(9);
-    languageList_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    languageList_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     noPathNamesCheck_ = new QCheckBox(QStringLiteral("Don't write path names in SESX files"), buttonFrame_);
     noPathNamesCheck_->setObjectName("NoPathNamesCheck");
     {
@@ -414,9 +413,11 @@ void MainWindow::SetColumns() {
     QHeaderView* header = fileList_->header();
     for (int i = 0; i < kFileColumnCount; ++i)
         header->resizeSection(i, static_cast<int>(columnWidths_[static_cast<std::size_t>(i)]) / kTwipsPerPixel);
-    // The widths were chosen for a smaller font than most desktops have:
-    // the version, date and size columns are kept wide enough for their
-    // texts, and the folder column gives way so that all five fit.
+    // The default widths were chosen for a smaller font than most desktops
+    // have: the version, date and size columns are made wide enough for
+    // their texts, and the folder column gives way so that all five fit.
+    // Widths the user has set are kept as they are.
+    if (columnWidths_ != kDefaultColumnWidths) return;
     const QFontMetrics metrics = fileList_->fontMetrics();
     const int padding = 2 * fileList_->style()->pixelMetric(QStyle::PM_FocusFrameHMargin) + 12;
     const std::array<std::pair<int, const char*>, 3> samples{{{kVersionColumn, "Cool Edit Pro 1.2a"},

@@ -95,6 +95,7 @@ private:
     void ScanSubfoldersClick();
     void RefreshNowClick();
     void TreeExpandOrCollapse();
+    void FocusTypes();
     void HeaderClicked(int column);
 
     // Ticks of FileList.
@@ -161,6 +162,7 @@ private:
     std::optional<std::pair<QString, bool>> pendingScan_;  // folder and recursion of the next scan
     bool closePending_ = false;
     bool startScan_ = false;  // the scan of the start, under ProgressStatus
+    QWidget* focusAfterScan_ = nullptr;  // the tree, or SESFileTypes when a handler of the types scans
     QString savedCaption_;
     std::vector<std::string> runKeys_;  // the key of each row handed to the run
 };

@@ -87,6 +87,7 @@ void MainWindow::StartScan(const QString& folder, bool recurse) {
     }
     scanning_ = true;
     scanDropped_ = false;
+    focusAfterScan_ = folderTree_->View();
     SetScanAccess(false);
     savedCaption_ = windowTitle();
 
@@ -112,7 +113,9 @@ void MainWindow::OnScanDone(const ScanResult& result) {
         const auto [folder, recurse] = *pendingScan_;
         pendingScan_.reset();
         SetScanAccess(true);
+        QWidget* focus = focusAfterScan_;
         StartScan(folder, recurse);
+        focusAfterScan_ = focus;
         return;
     }
     SetScanAccess(true);
@@ -127,10 +130,11 @@ void MainWindow::OnScanDone(const ScanResult& result) {
         close();
         return;
     }
-    folderTree_->View()->setFocus();
-    if (!scanDropped_ && !result.Problems.empty()) {
-        QStringList problems;
-        for (const ScanProblem& problem : result.Problems) problems << FromLocalPath(problem.Message);
+    focusAfterScan_->setFocus();
+    QStringList problems;
+    for (const ScanProblem& problem : result.Problems)
+        if (!problem.Rejected) problems << FromLocalPath(problem.Message);
+    if (!scanDropped_ && !problems.isEmpty()) {
         if (problems.size() == 1) prompts_->Tell(QMessageBox::Critical, kErrorCaption, problems.front());
         else
             prompts_->Tell(QMessageBox::Critical, kErrorCaption,
@@ -138,6 +142,13 @@ void MainWindow::OnScanDone(const ScanResult& result) {
     }
     scanDropped_ = false;
     emit ScanFinished();
+}
+
+void MainWindow::FocusTypes() {
+    // A scan that a handler started ends with the focus here as well, not
+    // on the tree, as if it had run to its end before the handler went on.
+    sesFileTypes_->setFocus();
+    if (scanning_) focusAfterScan_ = sesFileTypes_;
 }
 
 void MainWindow::UpdateTotals() {
@@ -151,7 +162,7 @@ void MainWindow::FileTypeClicked(int row) {
     if (!kept) prompts_->Tell(QMessageBox::Information, kFileTypesCaption, kAtLeastOneItem);
     if (!skipTypeRefresh_) SESFileRefresh();
     sesFileTypes_->clearSelection();
-    sesFileTypes_->setFocus();
+    FocusTypes();
 }
 
 void MainWindow::ResetlButtonClick(int index) {
@@ -171,13 +182,13 @@ void MainWindow::ResetlButtonClick(int index) {
     typeChangeInProgress_ = false;
     SESFileRefresh();
     skipTypeRefresh_ = false;
-    sesFileTypes_->setFocus();
+    FocusTypes();
 }
 
 void MainWindow::RefreshNowClick() {
     forceRefresh_ = true;
     SESFileRefresh();
-    sesFileTypes_->setFocus();
+    FocusTypes();
 }
 
 void MainWindow::AutoRefreshClick() {
@@ -187,7 +198,7 @@ void MainWindow::AutoRefreshClick() {
         forceRefresh_ = true;
         SESFileRefresh();
     }
-    sesFileTypes_->setFocus();
+    FocusTypes();
 }
 
 void MainWindow::ScanSubfoldersClick() {
@@ -195,7 +206,7 @@ void MainWindow::ScanSubfoldersClick() {
         forceRefresh_ = true;
         SESFileRefresh();
     }
-    sesFileTypes_->setFocus();
+    FocusTypes();
 }
 
 void MainWindow::TreeExpandOrCollapse() {

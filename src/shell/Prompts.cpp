@@ -3,6 +3,10 @@
 #include "shell/Prompts.h"
 
 #include <QFileDialog>
+#include <QLabel>
+#include <QScreen>
+
+#include <algorithm>
 
 #include "shell/OverwriteDialog.h"
 
@@ -11,6 +15,22 @@ namespace {
 
 // Lines shown in the box itself; a longer list goes behind "Show Details...".
 constexpr int kShownDetails = 12;
+
+// A message box wraps its text at 500 pixels, which breaks a line of the
+// conversion question in two and a path of the problem list in four. Its
+// texts are given room for their longest line, up to half the screen.
+void WidenForLongestLines(QMessageBox& box) {
+    const QScreen* screen = box.screen();
+    const int room = screen ? screen->availableGeometry().width() / 2 : 640;
+    for (const char* name : {"qt_msgbox_label", "qt_msgbox_informativelabel"}) {
+        auto* label = box.findChild<QLabel*>(QString::fromLatin1(name));
+        if (!label) continue;
+        int longest = 0;
+        for (const QString& line : label->text().split(QLatin1Char('\n')))
+            longest = std::max(longest, label->fontMetrics().horizontalAdvance(line));
+        label->setMinimumWidth(std::min(longest + 2, room));
+    }
+}
 
 }  // namespace
 
@@ -24,6 +44,7 @@ void DialogPrompts::Tell(QMessageBox::Icon icon, const QString& caption, const Q
         box.setInformativeText(shown.join(QLatin1Char('\n')));
         if (details.size() > kShownDetails) box.setDetailedText(details.join(QLatin1Char('\n')));
     }
+    WidenForLongestLines(box);
     box.exec();
 }
 
@@ -31,6 +52,7 @@ bool DialogPrompts::AskYesNo(const QString& caption, const QString& text, bool d
     QMessageBox box(QMessageBox::Question, caption, text, QMessageBox::Yes | QMessageBox::No, owner_);
     box.setDefaultButton(defaultNo ? QMessageBox::No : QMessageBox::Yes);
     box.setEscapeButton(QMessageBox::No);
+    WidenForLongestLines(box);
     return box.exec() == QMessageBox::Yes;
 }
 

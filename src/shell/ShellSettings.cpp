@@ -4,6 +4,8 @@
 
 #include <QFileInfo>
 
+#include <cmath>
+
 #include "services/Recoding.h"
 
 namespace morvanta::shell {
@@ -16,10 +18,15 @@ QString Text(const QSettings& store, const char* key, const QString& fallback) {
     return store.value(key, fallback).toString();
 }
 
-double Number(const QSettings& store, const char* key, double fallback) {
+// Places and widths in twips. A stored text far outside any screen (or
+// "nan", "inf") gives the default: the window turns the value into pixels
+// as an integer.
+constexpr double kFarthestTwips = 1e6;
+
+double Number(const QSettings& store, const char* key, double fallback, double lowest = -kFarthestTwips) {
     bool ok = false;
     const double value = store.value(key).toString().toDouble(&ok);
-    return ok ? value : fallback;
+    return ok && std::isfinite(value) && value >= lowest && value <= kFarthestTwips ? value : fallback;
 }
 
 int Integer(const QSettings& store, const char* key, int fallback) {
@@ -55,7 +62,7 @@ ShellSettings LoadSettings(QSettings& store, const QString& programFolder) {
     if (s.Language < 0 || s.Language >= static_cast<int>(LanguageTable.size())) s.Language = 0;
     s.FileFilter = Integer(store, "FileFilter", kAllFileTypesMask);
     for (std::size_t i = 0; i < kWidthKeys.size(); ++i)
-        s.ColumnWidths[i] = Number(store, kWidthKeys[i], kDefaultColumnWidths[i]);
+        s.ColumnWidths[i] = Number(store, kWidthKeys[i], kDefaultColumnWidths[i], 0);
     s.NonEnglish = Flag(store, "NonEnglish");
     s.DontUseSESPathNames = store.value("DontUseSESPathNames", "False").toString().compare("True", Qt::CaseInsensitive) == 0;
     store.endGroup();

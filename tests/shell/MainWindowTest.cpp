@@ -9,6 +9,8 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QStyle>
+#include <QStyleOptionComboBox>
 #include <QTreeView>
 
 #include "ShellTestSupport.h"
@@ -75,6 +77,10 @@ private slots:
         support::WriteExampleSessions(sessions);
         support::WriteBytes(sessions + "/UPPER.SES", SesBuilder().Version("Audition 3.0").Build());
         WriteText(sessions + "/notes.txt", "not a session");
+        // Cut short inside its version chunk: the reader rejects it.
+        std::vector<std::uint8_t> cut = SesBuilder().Version("Audition 3.0").Build();
+        cut.resize(24);
+        support::WriteBytes(sessions + "/cut.ses", cut);
         QDir().mkpath(sessions + "/sub");
         support::WriteBytes(sessions + "/sub/deep.ses", SesBuilder().Version("Audition 2.0").Build());
 
@@ -96,6 +102,7 @@ private slots:
         QCOMPARE(window.windowTitle(), QStringLiteral("Morvanta - Version 1.5.00"));
         QVERIFY(scans.wait(10000));
         QCOMPARE(Files(window), kExampleFiles);
+        QVERIFY(prompts.Shown.empty());  // a rejected file is passed over without a word
         QCOMPARE(window.CurrentFolder(), QDir::cleanPath(sessions));
         QCOMPARE(window.FolderTree()->SelectedKey(), QDir::cleanPath(sessions));
         QCOMPARE(QString::fromStdString(window.Sessions().Row(4).Version), QStringLiteral("Cool Edit 2000 1.0"));
@@ -329,6 +336,72 @@ private slots:
         QSignalSpy activated(&first, &SingleInstance::Activated);
         QVERIFY(second.HandOver());
         QVERIFY(activated.wait(5000));
+    }
+
+    void AScanEndsWithTheFocusWhereItsHandlerPutIt() {
+        QTemporaryDir dir;
+        const QString sessions = dir.filePath("Sessions");
+        support::WriteExampleSessions(sessions);
+        auto store = support::TemporarySettings(dir);
+        ShellSettings settings;
+        settings.LastDir = sessions;
+        settings.AutoRefresh = true;
+        SaveSettings(*store, settings);
+        MainWindow window(std::move(store), std::make_unique<support::ScriptedPrompts>());
+        QSignalSpy scans(&window, &MainWindow::ScanFinished);
+        window.Start({dir.path()});
+        QVERIFY(scans.wait(10000));
+        // The widget that has the focus when the window is active.
+        QCOMPARE(window.focusWidget(), window.FolderTree()->View());
+
+        // The type buttons and ticks rescan and leave the focus on the types.
+        QTest::mouseClick(Control<QPushButton>(window, "ResetlButton1"), Qt::LeftButton);
+        QVERIFY(scans.wait(10000));
+        QCOMPARE(window.focusWidget(), Control<QWidget>(window, "SESFileTypes"));
+        QTest::keyClick(Control<QWidget>(window, "SESFileTypes"), Qt::Key_Space);  // row 1 ticked as well
+        QVERIFY(scans.wait(10000));
+        QCOMPARE(window.FileTypes().Mask(), (1 << 1) | (1 << 9));
+        QCOMPARE(window.focusWidget(), Control<QWidget>(window, "SESFileTypes"));
+
+        // A click on a folder scans it and gives the tree the focus.
+        QTreeView* tree = window.FolderTree()->View();
+        const QModelIndex folder = window.FolderTree()->Model()->IndexOfPath(sessions);
+        QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, tree->visualRect(folder).center());
+        QVERIFY(scans.wait(10000));
+        QCOMPARE(window.focusWidget(), tree);
+    }
+
+    void EveryLanguageNameIsShownWhole() {
+        QTemporaryDir dir;
+        MainWindow window(support::TemporarySettings(dir), std::make_unique<support::ScriptedPrompts>());
+        window.Start({dir.path()});
+        QApplication::processEvents();
+        auto* list = Control<QComboBox>(window, "LanguageList");
+        QStyleOptionComboBox option;
+        option.initFrom(list);
+        option.editable = false;
+        const QRect field = list->style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, list);
+        for (int row = 0; row < list->count(); ++row)
+            QVERIFY2(list->fontMetrics().horizontalAdvance(list->itemText(row)) <= field.width(),
+                     qPrintable(list->itemText(row)));
+    }
+
+    void ColumnWidthsTheUserSetAreKept() {
+        // A wide folder column and a narrow date: no longer the defaults.
+        const std::array<double, 5> widths{9000, 2880, 1500, 900, 1500};
+        QTemporaryDir dir;
+        ShellSettings settings;
+        settings.ColumnWidths = widths;
+        {
+            auto store = support::TemporarySettings(dir);
+            SaveSettings(*store, settings);
+        }
+        MainWindow window(support::TemporarySettings(dir), std::make_unique<support::ScriptedPrompts>());
+        window.Start({dir.path()});
+        QApplication::processEvents();
+        window.close();
+        auto stored = support::TemporarySettings(dir);
+        QCOMPARE(LoadSettings(*stored, "/program").ColumnWidths, widths);
     }
 
     void AFirstStartTicksEveryTypeAndListsNothingUntilAsked() {

@@ -106,6 +106,25 @@ private slots:
         QVERIFY(s.DontUseSESPathNames);
     }
 
+    void NumbersNoScreenCouldHoldGiveTheirDefaults() {
+        QTemporaryDir dir;
+        auto store = testing::TemporarySettings(dir);
+        store->setValue(QStringLiteral("WINDOW/Top"), QStringLiteral("1e30"));
+        store->setValue(QStringLiteral("WINDOW/Left"), QStringLiteral("nan"));
+        store->setValue(QStringLiteral("SETTINGS/ColWidthFolder"), QStringLiteral("inf"));
+        store->setValue(QStringLiteral("SETTINGS/ColWidthFile"), QStringLiteral("-300"));
+        store->setValue(QStringLiteral("SETTINGS/ColWidthBytes"), QStringLiteral("-1e12"));
+        store->setValue(QStringLiteral("SETTINGS/ColWidthVersion"), QStringLiteral("2000"));
+        const ShellSettings s = LoadSettings(*store, QStringLiteral("/program"));
+        QCOMPARE(s.Top, 0.0);
+        QCOMPARE(s.Left, 0.0);
+        QCOMPARE(s.ColumnWidths, (std::array<double, 5>{3350, 2880, 2000, 1800, 1500}));
+
+        // A window left off screen stays there, as the user may have meant.
+        store->setValue(QStringLiteral("WINDOW/Top"), QStringLiteral("-4500"));
+        QCOMPARE(LoadSettings(*store, QStringLiteral("/program")).Top, -4500.0);
+    }
+
     void AStoreThatCannotBeWrittenIsReported() {
         QTemporaryDir dir;
         QFile blocker(dir.filePath(QStringLiteral("file")));
