@@ -358,7 +358,11 @@ private slots:
         QTest::mouseClick(Control<QPushButton>(window, "ResetlButton1"), Qt::LeftButton);
         QVERIFY(scans.wait(10000));
         QCOMPARE(window.focusWidget(), Control<QWidget>(window, "SESFileTypes"));
-        QTest::keyClick(Control<QWidget>(window, "SESFileTypes"), Qt::Key_Space);  // row 1 ticked as well
+        // Space ticks the current row; which row is current must not hang on
+        // whether the window happens to be active when the focus moves.
+        auto* types = Control<QAbstractItemView>(window, "SESFileTypes");
+        types->setCurrentIndex(types->model()->index(0, 0));
+        QTest::keyClick(types, Qt::Key_Space);  // row 1 ticked as well
         QVERIFY(scans.wait(10000));
         QCOMPARE(window.FileTypes().Mask(), (1 << 1) | (1 << 9));
         QCOMPARE(window.focusWidget(), Control<QWidget>(window, "SESFileTypes"));
