@@ -2,6 +2,7 @@
 # machine (as root): missing packages, build, then the demo or every test.
 
 BUILD ?= build
+MAKEFLAGS += --no-print-directory
 JOBS ?= $(shell nproc)
 WERROR ?= ON
 CMAKE_FLAGS ?=
