@@ -139,6 +139,17 @@ Bytes WaveList(const Layout& layout) {
     return WaveListBytes(waves, layout.ce2000 || layout.pro12 ? WaveLayout::Packed : WaveLayout::Padded);
 }
 
+// Audition 1.5 and later keep the names a second time, in 16-bit characters,
+// which a conversion with a language reads instead. The kind of an entry
+// that is not a wave file is not kept there.
+Bytes WideWaveList(const Layout& layout) {
+    std::vector<WideWaveEntry> waves{{"wav ", WaveIdOf(layout, VocalWave), u"C:\\Band Session\\Vocal take 1.wav"}};
+    if (layout.Video()) waves.push_back({"VDEO", WaveIdOf(layout, VideoWave), u"C:\\Band Session\\Video\\Rough cut.avi"});
+    waves.push_back({"wav ", WaveIdOf(layout, GuitarWave), u"C:\\Band Session\\Guitar DI"});
+    waves.push_back({"wav ", WaveIdOf(layout, BassWave), u"C:\\Band Session\\Bass & Drums.wav"});
+    return WideWaveListBytes(waves);
+}
+
 // The raw track id each block names: the track's number, in Audition 1.5
 // the row of the tracks chunk, and in Audition 2.0 and 3.0 the video block's
 // own track.
@@ -265,6 +276,7 @@ std::vector<std::uint8_t> WholeSession(const std::string& version) {
     builder.Chunk("tmpo", TempoBytes(96.0, 4, 16, 4));
     if (layout.Metronome()) builder.Chunk("mtro", MetronomeBytes(4, 1, "1 3 2 3"));
     builder.Chunk("LIST", WaveList(layout));
+    if (layout.WideBlocks()) builder.Chunk("WLST", WideWaveList(layout));
 
     // The tracks come before the blocks, which in Audition 1.5 name them by row.
     if (layout.UpperTracks()) builder.Chunk("TRKS", UpperTracks());

@@ -36,3 +36,40 @@ INSTANTIATE_TEST_SUITE_P(EveryWriterVersion, WholeSessions, ::testing::ValuesIn(
 
 }  // namespace
 }  // namespace morvanta::testing
+
+namespace morvanta::testing {
+namespace {
+
+std::vector<std::string> LinesStartingWith(const std::string& document, std::string_view prefix) {
+    std::vector<std::string> found;
+    for (const std::string& line : Lines(document))
+        if (line.starts_with(prefix)) found.push_back(line);
+    return found;
+}
+
+// With a language, Audition 1.5 and later take their media names from the
+// 16-bit list, whose entries keep no media kind: the video file is listed
+// as an audio file, in the order of the list, and every audio clip finds its
+// file all the same.
+TEST(WholeSessions, WithALanguageTheNamesComeFromTheWideList) {
+    ConvertOptions language;
+    language.NonEnglish = true;
+    language.Charset = "ISO-8859-1";
+    const std::string version = "Audition 3.0";
+    const ImportResult plain = Convert(WholeSession(version), {}, "audition-3.0");
+    const ImportResult wide = Convert(WholeSession(version), language, "audition-3.0");
+    ASSERT_EQ(wide.Status, ImportStatus::Converted) << wide.Message;
+    EXPECT_TRUE(wide.Warnings.empty());
+    EXPECT_EQ(LinesStartingWith(wide.Document, "<file "),
+              (std::vector<std::string>{
+                  R"(<file absolutePath="C:\Band Session\Vocal take 1.wav" id="0" relativePath="./Vocal take 1.wav"/>)",
+                  R"(<file absolutePath="C:\Band Session\Video\Rough cut.avi" id="1"/>)",
+                  R"(<file absolutePath="C:\Band Session\Guitar DI.wav" id="2" relativePath="./Guitar DI.wav"/>)",
+                  R"(<file absolutePath="C:\Band Session\Bass &amp; Drums.wav" id="3" relativePath="./Bass &amp; Drums.wav"/>)",
+              }));
+    EXPECT_EQ(LinesStartingWith(wide.Document, "<audioClip ").size(),
+              LinesStartingWith(plain.Document, "<audioClip ").size());
+}
+
+}  // namespace
+}  // namespace morvanta::testing
