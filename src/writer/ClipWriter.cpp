@@ -125,10 +125,14 @@ std::string ClipVolumeText(double gain) {
 void WriteClipEnvelope(DocumentWriter& w, const ClipIndex& index, const Clip& c, std::int32_t kind,
                        std::string (*valueText)(double)) {
     std::vector<ClipPoint> points;
-    if (const auto* rows = Find(index.pointsOfClip, c.ClipId))
-        for (std::size_t row : *rows) points.push_back(w.session.ClipPoints[row]);
+    if (const auto* rows = Find(index.pointsOfClip, c.ClipId)) {
+        for (std::size_t row : *rows) {
+            const ClipPoint& p = w.session.ClipPoints[row];
+            if (p.TrackId == c.TrackId && p.Kind == kind) points.push_back(p);
+        }
+    }
     WriteParameterKeyframes(
-        w, points, [&](const ClipPoint& p) { return p.TrackId == c.TrackId && p.ClipId == c.ClipId && p.Kind == kind; },
+        w, points,
         // A clip point counts from the clip's start in the file.
         [&](const ClipPoint& p) { return IntegerText(p.Offset + c.SourceStart); },
         [&](const ClipPoint& p) { return valueText(p.Value); });
