@@ -39,5 +39,7 @@ BENCHMARK_CAPTURE(ConvertHostile, SharedFileId, morvanta::bench::SharedFileIdSes
     ->Apply([](auto* b) { Sizes(b, 1024, 16384); });
 BENCHMARK_CAPTURE(ConvertHostile, ClipsOverTracks, morvanta::bench::ClipsOverTracksSession)
     ->Apply([](auto* b) { Sizes(b, 128, 2048); });
+BENCHMARK_CAPTURE(ConvertHostile, MetronomePattern, morvanta::bench::MetronomePatternSession)
+    ->Apply([](auto* b) { Sizes(b, 4096, 65536); });
 
 }  // namespace

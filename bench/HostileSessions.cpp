@@ -164,4 +164,10 @@ std::vector<std::uint8_t> ClipsOverTracksSession(int n) {
         .Build();
 }
 
+std::vector<std::uint8_t> MetronomePatternSession(int n) {
+    std::string pattern;
+    for (int i = 0; i < n; ++i) pattern += i % 4 == 0 ? "1 " : "3 ";
+    return Head().Chunk("mtro", testing::MetronomeBytes(4, 1, pattern)).Build();
+}
+
 }  // namespace morvanta::bench

@@ -29,4 +29,7 @@ std::vector<std::uint8_t> SharedFileIdSession(int n);
 // envelope chunk holds at most 32767 groups, so n stays below 4096.
 std::vector<std::uint8_t> ClipsOverTracksSession(int n);
 
+// A metronome pattern of n beats.
+std::vector<std::uint8_t> MetronomePatternSession(int n);
+
 }  // namespace morvanta::bench
