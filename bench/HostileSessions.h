@@ -9,12 +9,13 @@
 
 namespace morvanta::bench {
 
-// n tracks, each with 4 volume, 4 mute and 4 pan points, an EQ and a send
-// record of its own, feeding one of n / 8 bus tracks.
+// n tracks, the first n / 8 of them buses. Every other track has 4 volume,
+// 4 mute and 4 pan points and an EQ, and feeds one of the buses; every
+// track has an EQ record and a send record of its own.
 std::vector<std::uint8_t> TrackAutomationSession(int n);
 
-// n tracks, each with a send to one of n / 8 bus tracks whose power,
-// level and pan have 2 points each.
+// n tracks, the first n / 8 of them buses. Every other track sends to one
+// of the buses, with 2 points each for the send's power, level and pan.
 std::vector<std::uint8_t> SendAutomationSession(int n);
 
 // n blocks that share one block id, each with its fade record: the first
