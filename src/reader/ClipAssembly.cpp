@@ -251,8 +251,20 @@ void BuildClipPoints(Session& s) {
 
 void RepairVideoClips(Session& s) {
     if (!s.VideoSeen) return;
-    std::unordered_map<std::int32_t, std::vector<std::size_t>> filesOfId;
-    for (std::size_t k = 0; k < s.SessionFiles.size(); ++k) filesOfId[s.SessionFiles[k].FileId].push_back(k);
+    // A clip takes the kind of each file of its id in turn, and the first
+    // video among them moves it to the video track; any later one finds
+    // it there already. So the kind of the last file, and whether any is a
+    // video, is all that the files of one id tell.
+    struct FilesOfId {
+        std::int32_t LastKind{};
+        bool AnyVideo = false;
+    };
+    std::unordered_map<std::int32_t, FilesOfId> filesOfId;
+    for (const SessionFile& file : s.SessionFiles) {
+        FilesOfId& files = filesOfId[file.FileId];
+        files.LastKind = file.Kind;
+        if (file.Kind == kFileKindVideo) files.AnyVideo = true;
+    }
     // Track ids change on the way, so the first track of an id is looked up
     // in ordered sets that follow the changes.
     std::unordered_map<std::int32_t, std::set<std::size_t>> tracksOfId;
@@ -262,19 +274,17 @@ void RepairVideoClips(Session& s) {
         Clip& c = s.Clips[n];
         const auto files = filesOfId.find(c.FileId);
         if (files == filesOfId.end()) continue;
-        for (std::size_t k : files->second) {
-            c.FileKind = s.SessionFiles[k].Kind;
-            if (c.FileKind != kFileKindVideo) continue;
-            // The track that held the video becomes the video track.
-            if (auto holders = tracksOfId.find(c.TrackId); holders != tracksOfId.end() && !holders->second.empty()) {
-                const std::size_t t = *holders->second.begin();
-                holders->second.erase(holders->second.begin());
-                s.Tracks[t].TrackId = kVideoTrackId;
-                tracksOfId[kVideoTrackId].insert(t);
-            }
-            c.ClipId = kVideoClipId;
-            c.TrackId = kVideoTrackId;
+        c.FileKind = files->second.LastKind;
+        if (!files->second.AnyVideo) continue;
+        // The track that held the video becomes the video track.
+        if (auto holders = tracksOfId.find(c.TrackId); holders != tracksOfId.end() && !holders->second.empty()) {
+            const std::size_t t = *holders->second.begin();
+            holders->second.erase(holders->second.begin());
+            s.Tracks[t].TrackId = kVideoTrackId;
+            tracksOfId[kVideoTrackId].insert(t);
         }
+        c.ClipId = kVideoClipId;
+        c.TrackId = kVideoTrackId;
     }
 }
 

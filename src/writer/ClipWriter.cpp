@@ -9,45 +9,61 @@
 #include "writer/DocumentWriter.h"
 #include "writer/Keyframes.h"
 #include "writer/NumberText.h"
+#include "writer/PositionIndex.h"
 #include "writer/TextHelpers.h"
 
 namespace morvanta {
 
+struct ClipPointKey {
+    std::int32_t ClipId{};
+    std::int32_t TrackId{};
+    std::int32_t Kind{};
+    auto operator<=>(const ClipPointKey&) const = default;
+};
+
 // Every clip writer call would otherwise search all clips, files, fades and
 // points again; the lists do not change while the tracks are written.
 struct ClipIndex {
-    std::unordered_map<std::int32_t, std::vector<std::size_t>> clipsOfTrack;  // from element 1, in order
-    std::unordered_map<std::int32_t, std::size_t> firstFile;
-    std::unordered_map<std::int32_t, std::vector<std::size_t>> fadesOfClip;
-    std::unordered_map<std::int32_t, std::vector<std::size_t>> pointsOfClip;
-    std::unordered_map<std::int32_t, std::size_t> firstStretch;
+    explicit ClipIndex(const Session& s);
+
+    PositionIndex<std::int32_t> clipsOfTrack;  // Clips from element 1, by TrackId
+    PositionIndex<std::int32_t> files;         // SessionFiles by FileId
+    PositionIndex<ClipPointKey> points;        // ClipPoints by clip, track and kind
+    PositionIndex<std::int32_t> stretches;     // ClipStretches by ClipId
+    std::unordered_map<std::int32_t, ClipFade> fadeOfClip;  // the ClipFades rows of each clip id, merged
 };
 
 namespace {
 
+// What the fade texts take from the ClipFades rows of one clip id, read in
+// list order: the shapes of the last row, the cosine type of any row that
+// has it, and the last length above 0 (0 when there is none).
+ClipFade MergeFade(ClipFade merged, const ClipFade& row) {
+    merged.ClipId = row.ClipId;
+    merged.FadeInShape = row.FadeInShape;
+    merged.FadeOutShape = row.FadeOutShape;
+    if (row.FadeInType == 1) merged.FadeInType = 1;
+    if (row.FadeOutType == 1) merged.FadeOutType = 1;
+    if (row.FadeInLength > 0) merged.FadeInLength = row.FadeInLength;
+    if (row.FadeOutLength > 0) merged.FadeOutLength = row.FadeOutLength;
+    return merged;
+}
+
+}  // namespace
+
+ClipIndex::ClipIndex(const Session& s)
+    : clipsOfTrack(s.Clips, [](const Clip& c) { return c.TrackId; }, 1),
+      files(s.SessionFiles, [](const SessionFile& f) { return f.FileId; }),
+      points(s.ClipPoints, [](const ClipPoint& p) { return ClipPointKey{p.ClipId, p.TrackId, p.Kind}; }),
+      stretches(s.ClipStretches, [](const ClipStretch& st) { return st.ClipId; }) {
+    for (const ClipFade& row : s.ClipFades) fadeOfClip[row.ClipId] = MergeFade(fadeOfClip[row.ClipId], row);
+}
+
+namespace {
+
 const ClipIndex& IndexOf(DocumentWriter& w) {
-    if (w.clipIndex) return *w.clipIndex;
-    const Session& s = w.session;
-    auto index = std::make_shared<ClipIndex>();
-    for (std::size_t n = 1; n < s.Clips.size(); ++n) index->clipsOfTrack[s.Clips[n].TrackId].push_back(n);
-    for (std::size_t k = 0; k < s.SessionFiles.size(); ++k) index->firstFile.try_emplace(s.SessionFiles[k].FileId, k);
-    for (std::size_t i = 0; i < s.ClipFades.size(); ++i) index->fadesOfClip[s.ClipFades[i].ClipId].push_back(i);
-    for (std::size_t i = 0; i < s.ClipPoints.size(); ++i) index->pointsOfClip[s.ClipPoints[i].ClipId].push_back(i);
-    for (std::size_t i = 0; i < s.ClipStretches.size(); ++i) index->firstStretch.try_emplace(s.ClipStretches[i].ClipId, i);
-    w.clipIndex = index;
-    return *index;
-}
-
-template <class Map>
-const typename Map::mapped_type* Find(const Map& map, std::int32_t key) {
-    const auto it = map.find(key);
-    return it == map.end() ? nullptr : &it->second;
-}
-
-const std::vector<std::size_t>& ClipsOfTrack(const ClipIndex& index, std::int32_t trackId) {
-    static const std::vector<std::size_t> kNone;
-    const auto* clips = Find(index.clipsOfTrack, trackId);
-    return clips ? *clips : kNone;
+    if (!w.clipIndex) w.clipIndex = std::make_shared<const ClipIndex>(w.session);
+    return *w.clipIndex;
 }
 
 // A clip whose file the session does not list is left out whole.
@@ -76,37 +92,35 @@ struct FadeTexts {
 };
 
 // The fade texts of clip n, and its crossfade marks. Both come only from
-// rows of ClipFades: a clip without one keeps the start values.
+// rows of ClipFades: a clip without one keeps the start values. Several
+// rows of one clip id act as their merge.
 FadeTexts FadesOf(const Session& s, const ClipIndex& index, std::size_t n, std::int32_t trackId) {
     const Clip& c = s.Clips[n];
     FadeTexts t;
     t.OutEnd = t.OutStart = IntegerText(c.Length);
-    const auto* rows = Find(index.fadesOfClip, c.ClipId);
-    if (!rows) return t;
-    for (std::size_t row : *rows) {
-        const ClipFade& f = s.ClipFades[row];
-        t.InShape = GeneralText(f.FadeInShape);
-        t.OutShape = GeneralText(f.FadeOutShape);
-        if (f.FadeInType == 1) t.InType = "cosine";
-        if (f.FadeOutType == 1) t.OutType = "cosine";
-        if (f.FadeInLength > 0) {
-            t.InStart = "0";
-            t.InEnd = IntegerText(f.FadeInLength);
-        }
-        if (f.FadeOutLength > 0) {
-            t.OutStart = IntegerText(c.Length - f.FadeOutLength);
-            t.OutEnd = IntegerText(c.Length);
-        }
-        // Overlaps with the neighbours in the sorted list, strictly: clips
-        // that only touch are not marked.
-        if (n + 1 < s.Clips.size()) {
-            const Clip& next = s.Clips[n + 1];
-            if (next.TrackId == trackId && IntegerValue(c.Start + c.Length) > IntegerValue(next.Start)) t.Tail = "1";
-        }
-        const Clip& before = s.Clips[n - 1];
-        if (before.TrackId == trackId && IntegerValue(before.Start + before.Length) > IntegerValue(c.Start))
-            t.Head = "1";
+    const auto merged = index.fadeOfClip.find(c.ClipId);
+    if (merged == index.fadeOfClip.end()) return t;
+    const ClipFade& f = merged->second;
+    t.InShape = GeneralText(f.FadeInShape);
+    t.OutShape = GeneralText(f.FadeOutShape);
+    if (f.FadeInType == 1) t.InType = "cosine";
+    if (f.FadeOutType == 1) t.OutType = "cosine";
+    if (f.FadeInLength > 0) {
+        t.InStart = "0";
+        t.InEnd = IntegerText(f.FadeInLength);
     }
+    if (f.FadeOutLength > 0) {
+        t.OutStart = IntegerText(c.Length - f.FadeOutLength);
+        t.OutEnd = IntegerText(c.Length);
+    }
+    // Overlaps with the neighbours in the sorted list, strictly: clips that
+    // only touch are not marked.
+    if (n + 1 < s.Clips.size()) {
+        const Clip& next = s.Clips[n + 1];
+        if (next.TrackId == trackId && IntegerValue(c.Start + c.Length) > IntegerValue(next.Start)) t.Tail = "1";
+    }
+    const Clip& before = s.Clips[n - 1];
+    if (before.TrackId == trackId && IntegerValue(before.Start + before.Length) > IntegerValue(c.Start)) t.Head = "1";
     return t;
 }
 
@@ -124,11 +138,8 @@ std::string ClipVolumeText(double gain) {
 
 void WriteClipEnvelope(DocumentWriter& w, const ClipIndex& index, const Clip& c, std::int32_t kind,
                        std::string (*valueText)(double)) {
-    std::vector<ClipPoint> points;
-    if (const auto* rows = Find(index.pointsOfClip, c.ClipId))
-        for (std::size_t row : *rows) points.push_back(w.session.ClipPoints[row]);
     WriteParameterKeyframes(
-        w, points, [&](const ClipPoint& p) { return p.TrackId == c.TrackId && p.ClipId == c.ClipId && p.Kind == kind; },
+        w, index.points.Select(w.session.ClipPoints, ClipPointKey{c.ClipId, c.TrackId, kind}),
         // A clip point counts from the clip's start in the file.
         [&](const ClipPoint& p) { return IntegerText(p.Offset + c.SourceStart); },
         [&](const ClipPoint& p) { return valueText(p.Value); });
@@ -144,16 +155,16 @@ void WriteAudioClips(DocumentWriter& w, const Track& track) {
     // Both count the clips of this track that are written.
     std::int32_t ClipCounter = 0;
     std::int32_t GroupItemCounter = 0;
-    for (std::size_t n : ClipsOfTrack(index, track.TrackId)) {
+    for (std::size_t n : index.clipsOfTrack.Positions(track.TrackId)) {
         Clip& c = s.Clips[n];
-        const std::size_t* k = Find(index.firstFile, c.FileId);
+        const auto k = index.files.First(c.FileId);
         if (!k) {
             ReportLeftOut(w, c, "audio");
             c.GroupItemId = kClipLeftOut;
             continue;
         }
         const SessionFile& file = s.SessionFiles[*k];
-        const std::size_t* stretch = Find(index.firstStretch, c.ClipId);
+        const auto stretch = index.stretches.First(c.ClipId);
         const std::string looped = stretch && c.Looped == 1 ? "true" : "false";
         const std::string locked = c.Locked == 1 ? "true" : "false";
         const FadeTexts fades = FadesOf(s, index, n, track.TrackId);
@@ -206,9 +217,9 @@ void WriteAudioClips(DocumentWriter& w, const Track& track) {
 void WriteVideoClips(DocumentWriter& w, const Track& track) {
     const Session& s = w.session;
     const ClipIndex& index = IndexOf(w);
-    for (std::size_t n : ClipsOfTrack(index, track.TrackId)) {
+    for (std::size_t n : index.clipsOfTrack.Positions(track.TrackId)) {
         const Clip& c = s.Clips[n];
-        const std::size_t* k = Find(index.firstFile, c.FileId);
+        const auto k = index.files.First(c.FileId);
         if (!k) {
             ReportLeftOut(w, c, "video");
             continue;

@@ -12,8 +12,10 @@
 
 namespace morvanta {
 
-// The clip writers' lookups by track, file and clip id, built once per document.
+// The clip writers' lookups by track, file and clip id, and the track
+// writers' by track id, send slot and bus, each built once per document.
 struct ClipIndex;
+struct TrackLookups;
 
 // The GroupItemId of a clip that was left out of the document: no group item names it.
 inline constexpr std::int32_t kClipLeftOut = -1;
@@ -30,6 +32,7 @@ struct DocumentWriter {
     bool MasterWritten = false;
 
     std::shared_ptr<const ClipIndex> clipIndex{};
+    std::shared_ptr<const TrackLookups> trackLookups{};
 
     // One element a line, each ended by a single line feed.
     void Line(std::string_view text) {
@@ -57,7 +60,7 @@ void WriteVideoClips(DocumentWriter& w, const Track& track);
 // The components of a track's <trackAudioParameters>, and its send list.
 void WriteTrackComponents(DocumentWriter& w, const Track& track);  // fader, mute, pan
 void WriteImplicitMasterComponents(DocumentWriter& w);
-const TrackEq* FindTrackEq(const Session& session, const Track& track);
+const TrackEq* FindTrackEq(DocumentWriter& w, const Track& track);
 void WriteSendList(DocumentWriter& w, const Track& track);
 
 // Pieces the track writer shares with other sections.

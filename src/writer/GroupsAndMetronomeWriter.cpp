@@ -19,14 +19,15 @@ constexpr std::array<std::string_view, 10> kSoundSets{
 }  // namespace
 
 std::string BuildMetronomePattern(const std::string& pattern) {
-    std::string rest = pattern + " ";
+    // Each beat ends at a blank; the last one at the blank added here.
+    const std::string beats = pattern + " ";
     std::string result;
-    for (auto blank = rest.find(' '); blank != std::string::npos; blank = rest.find(' ')) {
-        const double code = ParseNumberPrefix(rest.substr(0, blank));
+    for (std::size_t from = 0, blank = beats.find(' '); blank != std::string::npos;
+         from = blank + 1, blank = beats.find(' ', from)) {
+        const double code = ParseNumberPrefix(beats.substr(from, blank - from));
         if (code == 1) result += "downBeat ";
         else if (code == 2) result += "upBeat ";
         else if (code == 3) result += "subdivision ";
-        rest.erase(0, blank + 1);
     }
     if (TrimBlanks(result).empty()) result = "downBeat subdivision subdivision subdivision ";
     return result;

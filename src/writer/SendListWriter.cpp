@@ -5,6 +5,7 @@
 #include "writer/Keyframes.h"
 #include "writer/NumberText.h"
 #include "writer/TextHelpers.h"
+#include "writer/TrackLookups.h"
 
 namespace morvanta {
 namespace {
@@ -20,52 +21,45 @@ void WriteDefaultSlot(DocumentWriter& w, std::size_t k) {
 
 // The bus track that a send feeds: the first track with that BusId. A bus
 // that no track has leaves the number as it is.
-std::int32_t SendOutput(const Session& session, std::int32_t outputBus) {
+std::int32_t SendOutput(const Session& session, const TrackLookups& lookups, std::int32_t outputBus) {
     if (outputBus <= 0) return outputBus;
-    for (const Track& track : session.Tracks)
-        if (track.BusId == outputBus) return track.TrackId;
-    return outputBus;
+    const auto bus = lookups.busTracks.First(outputBus);
+    return bus ? session.Tracks[*bus].TrackId : outputBus;
 }
 
-void WriteSlot(DocumentWriter& w, const Track& track, const SendSlotSettings& slot, std::size_t k) {
+void WriteSlot(DocumentWriter& w, const TrackLookups& lookups, const Track& track, const SendSlotSettings& slot,
+               std::size_t k) {
     const Session& session = w.session;
     const auto slotNumber = static_cast<std::int32_t>(k);
-    auto named = [&](const char* name) {
-        return [&track, slotNumber, name](const NamedAutomationPoint& point) {
-            return point.TrackId == track.TrackId && point.SendSlot == slotNumber &&
-                   TrimBlanks(point.ParameterName) == name;
-        };
+    // The points of this slot whose name, without its blanks, is `name`.
+    auto pointsOf = [&](const char* name) {
+        return lookups.sendPoints.Select(session.SendAutomation, SendParameterKey{track.TrackId, slotNumber, name});
     };
     auto plainValue = [](const NamedAutomationPoint& point) { return PlainNumberText(point.Value); };
-    const std::int32_t output = SendOutput(session, slot.OutputBus);
+    const std::int32_t output = SendOutput(session, lookups, slot.OutputBus);
 
     w.Line(std::string(R"(<sendSlot preFader=")") + (slot.PreFader == 1 ? "true" : "false") +
            R"(" sendOutputID=")" + PlainNumberText(output) + R"(" slotIndex=")" + PlainNumberText(slotNumber) +
            R"(">)");
     w.Line(std::string(R"(<component id="sendComponent" powered=")") + (output > 0 ? "true" : "false") + R"(">)");
 
-    const auto power = named("Power On/Off");
-    const PointSelection powerPoints = CountParameterPoints(session.SendAutomation, power);
+    const auto power = pointsOf("Power On/Off");
     w.Line(std::string(R"(<parameter index="0" name="Power On/Off" parameterValue=")") +
-           (powerPoints.Found ? "1" : "0") + R"(">)");
-    WriteRuledKeyframes(w, session.SendAutomation, powerPoints, power, plainValue);
+           (power.empty() ? "0" : "1") + R"(">)");
+    WriteRuledKeyframes(w, power, plainValue);
     w.Line("</parameter>");
 
     // The level stands as stored; its keyframes are fader positions.
-    const auto level = named("Level");
-    const PointSelection levelPoints = CountParameterPoints(session.SendAutomation, level);
     w.Line(R"(<parameter index="1" name="Level" parameterValue=")" + PlainNumberText(slot.Level) + R"(">)");
-    WriteRuledKeyframes(w, session.SendAutomation, levelPoints, level, [](const NamedAutomationPoint& point) {
+    WriteRuledKeyframes(w, pointsOf("Level"), [](const NamedAutomationPoint& point) {
         return PlainNumberText(GetNormalizedValue(ConvertGain(point.Value)));
     });
     w.Line("</parameter>");
     w.Line("</component>");
 
-    const auto pan = named("Pan");
-    const PointSelection panPoints = CountParameterPoints(session.SendAutomation, pan);
     w.Line(R"(<component componentID="Audition.StereoPanner" id="sendPan" name="StereoPanner" powered="true">)");
     w.Line(R"(<parameter index="0" name="Pan" parameterValue=")" + PlainNumberText(slot.Pan) + R"(">)");
-    WriteRuledKeyframes(w, session.SendAutomation, panPoints, pan, plainValue);
+    WriteRuledKeyframes(w, pointsOf("Pan"), plainValue);
     w.Line("</parameter>");
     w.Line("</component>");
     w.Line("</sendSlot>");
@@ -74,16 +68,12 @@ void WriteSlot(DocumentWriter& w, const Track& track, const SendSlotSettings& sl
 }  // namespace
 
 void WriteSendList(DocumentWriter& w, const Track& track) {
-    const TrackSend* sends = nullptr;
-    for (const TrackSend& record : w.session.TrackSends) {
-        if (record.TrackId == track.TrackId) {
-            sends = &record;
-            break;
-        }
-    }
+    const TrackLookups& lookups = TrackLookupsOf(w);
+    // The first record of the track, when it has any.
+    const auto sends = lookups.sends.First(track.TrackId);
     w.Line("<sendList>");
     for (std::size_t k = 0; k < kSendSlotCount; ++k) {
-        if (sends) WriteSlot(w, track, sends->Slots[k], k);
+        if (sends) WriteSlot(w, lookups, track, w.session.TrackSends[*sends].Slots[k], k);
         else WriteDefaultSlot(w, k);
     }
     w.Line("</sendList>");

@@ -1,10 +1,12 @@
 // The 44-parameter trackEQ component of every audio, bus and master track
 // (docs/format/tracks.md, "Track EQ").
 #include <array>
+#include <optional>
 
 #include "services/Conversions.h"
 #include "writer/DocumentWriter.h"
 #include "writer/NumberText.h"
+#include "writer/TrackLookups.h"
 
 namespace morvanta {
 namespace {
@@ -66,10 +68,11 @@ constexpr std::array<EqParameter, 44> kEqParameters{{
 
 // A "tkeq" record names the track by its ordinal, one of a track record by
 // its id; the first record that names the track either way is its EQ.
-const TrackEq* FindTrackEq(const Session& session, const Track& track) {
-    for (const TrackEq& eq : session.TrackEqs)
-        if (eq.TrackKey == track.TrackOrdinal || eq.TrackKey == track.TrackId) return &eq;
-    return nullptr;
+const TrackEq* FindTrackEq(DocumentWriter& w, const Track& track) {
+    const TrackLookups& lookups = TrackLookupsOf(w);
+    std::optional<std::size_t> first = lookups.eqs.First(track.TrackOrdinal);
+    if (const auto byId = lookups.eqs.First(track.TrackId); byId && (!first || *byId < *first)) first = byId;
+    return first ? &w.session.TrackEqs[*first] : nullptr;
 }
 
 void WriteTrackEq(DocumentWriter& w, const TrackEq* eq) {

@@ -6,6 +6,7 @@
 #include "writer/DocumentWriter.h"
 #include "writer/NumberText.h"
 #include "writer/TextHelpers.h"
+#include "writer/TrackLookups.h"
 
 namespace morvanta {
 
@@ -39,12 +40,10 @@ const char* TrueFalse(bool value) { return value ? "true" : "false"; }
 
 // The track a track feeds: the last track whose BusId is its OutputBusId,
 // the master when there is none.
-std::int32_t OutputId(const Session& session, const Track& track) {
+std::int32_t OutputId(DocumentWriter& w, const Track& track) {
     if (track.OutputBusId <= kBusIdLimit) return kMasterTrackId;
-    std::int32_t output = kMasterTrackId;
-    for (const Track& candidate : session.Tracks)
-        if (candidate.BusId == track.OutputBusId) output = candidate.TrackId;
-    return output;
+    const auto bus = TrackLookupsOf(w).busTracks.Last(track.OutputBusId);
+    return bus ? w.session.Tracks[*bus].TrackId : kMasterTrackId;
 }
 
 void WriteTrack(DocumentWriter& w, Track& track) {
@@ -89,10 +88,10 @@ void WriteTrack(DocumentWriter& w, Track& track) {
     const std::string mode = track.AutomationMode < 2 ? PlainNumberText(track.AutomationMode) : "1";
     w.Line(R"(<trackAudioParameters audioChannelType="stereo" automationMode=")" + mode +
            R"(" monitoring="false" recordArmed="false" solo=")" + solo + R"(" soloSafe="false">)");
-    w.Line(R"(<trackOutput outputID=")" + IntegerText(OutputId(w.session, track)) + R"(" type="trackID"/>)");
+    w.Line(R"(<trackOutput outputID=")" + IntegerText(OutputId(w, track)) + R"(" type="trackID"/>)");
     w.Line(std::string(R"(<trackInput inputID=")") + (track.BusId > 0 ? "-1" : "1") + R"("/>)");
     WriteTrackComponents(w, track);
-    WriteTrackEq(w, FindTrackEq(w.session, track));
+    WriteTrackEq(w, FindTrackEq(w, track));
     w.Line("</trackAudioParameters>");
     WriteEffectsRack(w, track);
     WriteSendList(w, track);

@@ -222,6 +222,30 @@ TEST(ClipAssembly, TheVideoRepairMakesTheTrackOfTheVideoTheVideoTrack) {
     EXPECT_EQ(s.Clips[0], Clip{});
 }
 
+TEST(ClipAssembly, AClipTakesTheKindOfTheLastFileOfItsIdAndMovesOnceForAnyVideo) {
+    Session s;
+    s.VideoSeen = true;
+    s.Tracks = {TrackOf(10001, 1), TrackOf(10001, 2), TrackOf(10001, 3)};
+    s.SessionFiles = {FileOf(2000005, 3), FileOf(2000006, 1), FileOf(2000005, 3), FileOf(2000005, 1)};
+    s.Clips = {Clip{},
+               {.ClipId = 11, .FileId = 2000005, .TrackId = 10001},
+               {.ClipId = 12, .FileId = 2000006, .TrackId = 10001, .FileKind = 3},
+               {.ClipId = 13, .FileId = 2000005, .TrackId = 10001}};
+    RepairVideoClips(s);
+    // Two videos of one id move a single track for each clip.
+    EXPECT_EQ(s.Tracks[0].TrackId, 490000);
+    EXPECT_EQ(s.Tracks[1].TrackId, 490000);
+    EXPECT_EQ(s.Tracks[2].TrackId, 10001);
+    for (std::size_t n : {1u, 3u}) {
+        EXPECT_EQ(s.Clips[n].ClipId, 82847048);
+        EXPECT_EQ(s.Clips[n].TrackId, 490000);
+        EXPECT_EQ(s.Clips[n].FileKind, 1) << "the last file of the id is a wave";
+    }
+    EXPECT_EQ(s.Clips[2].ClipId, 12);
+    EXPECT_EQ(s.Clips[2].TrackId, 10001);
+    EXPECT_EQ(s.Clips[2].FileKind, 1);
+}
+
 TEST(ClipAssembly, ClipPointsTieToTheirClipAndCountFromIt) {
     Session s;
     s.SesVersion = "Cool Edit 2000 1.0";

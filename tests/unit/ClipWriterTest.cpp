@@ -161,6 +161,28 @@ TEST(ClipWriter, IdsCountPerTrackZOrderOverTheListAndOnlyOverlapsAreMarked) {
     EXPECT_EQ(s.Clips[1].GroupItemId, 0) << "no group, no item number";
 }
 
+TEST(ClipWriter, SeveralFadeRowsOfOneClipIdAreReadInListOrder) {
+    Session s;
+    s.SessionFiles = {FileOf(2000001, "a.wav")};
+    // Two clips share the id; each reads all its rows.
+    s.Clips.push_back({.ClipId = 7, .FileId = 2000001, .Length = 1000, .TrackId = 3});
+    s.Clips.push_back({.ClipId = 7, .FileId = 2000001, .Start = 5000, .Length = 2000, .TrackId = 3});
+    s.ClipFades = {
+        {7, 100, 3, 1, 0, 4, 0},
+        {8, 999, 1, 0, 999, 1, 0},  // another clip's
+        {7, 0, 5, 0, 300, 6, 1},
+        {7, 0, 9, 0, 0, 8, 0},
+    };
+    // The shapes are the last row's; a cosine type and a length above 0
+    // stay from an earlier row.
+    EXPECT_EQ(LinesStartingWith(AudioClipsOf(s, {3}).Text, "<fade"),
+              (std::vector<std::string>{
+                  R"(<fadeIn crossFadeLinkType="linkedAsymmetric" endPoint="100" shape="9" startPoint="0" type="cosine"/>)",
+                  R"(<fadeOut crossFadeLinkType="linkedAsymmetric" endPoint="1000" shape="8" startPoint="700" type="cosine"/>)",
+                  R"(<fadeIn crossFadeLinkType="linkedAsymmetric" endPoint="100" shape="9" startPoint="0" type="cosine"/>)",
+                  R"(<fadeOut crossFadeLinkType="linkedAsymmetric" endPoint="2000" shape="8" startPoint="1700" type="cosine"/>)"}));
+}
+
 TEST(ClipWriter, LoopedClipsAndStretchedClips) {
     Session s;
     s.SessionFiles = {FileOf(2000001, "a.wav")};  // no length known

@@ -252,6 +252,26 @@ TEST(SessionState, MetronomeByVersion) {
     }
 }
 
+TEST(SessionState, MetronomeBeatsAreTheNumbersBetweenSingleBlanks) {
+    const auto metronomeLine = [](const std::string& pattern) {
+        SesBuilder b = Begin("Audition 3.0");
+        b.Chunk("mtro", MetronomeBytes(4, 1, pattern));
+        return LineStarting(Document(b), "<metronome ");
+    };
+    // Empty beats between two blanks and codes other than 1 to 3 add
+    // nothing; a beat is read as far as it is a number, and only a blank
+    // ends it (a tab is white space in front of a number).
+    EXPECT_EQ(metronomeLine(" 1  2 3x 2.0 01 -1 1e0 +2 &H2 \t1"),
+              R"(<metronome enabled="true" pattern="downBeat upBeat subdivision upBeat downBeat downBeat upBeat downBeat " soundSet="Kit">)");
+    std::string pattern;
+    std::string expected;
+    for (int i = 0; i < 20000; ++i) {
+        pattern += i % 3 == 0 ? "1 " : i % 3 == 1 ? "3 " : "2 ";
+        expected += i % 3 == 0 ? "downBeat " : i % 3 == 1 ? "subdivision " : "upBeat ";
+    }
+    EXPECT_EQ(metronomeLine(pattern), R"(<metronome enabled="true" pattern=")" + expected + R"(" soundSet="Kit">)");
+}
+
 TEST(SessionState, CountsOfSeveralChunksTogetherMustFitInTheFile) {
     // Two chunks of 4 bytes at 52 and 64, each a count whose records reach
     // over what follows, then zeros. Each count alone fits in the rest of

@@ -257,6 +257,56 @@ TEST(TrackWriter, TheEqRecordOfATrackByOrdinalOrId) {
                        R"(<parameter index="30" name="High Shelf Enable" parameterValue="0"/>)"}));
 }
 
+TEST(TrackWriter, TheFirstEqRecordThatNamesATrackEitherWayCounts) {
+    Session session;
+    session.SampleRate = 44100;
+    // The key 2 is the ordinal of the first track and the id of the second,
+    // the key 3 the other way round.
+    session.Tracks = {MakeTrack(3, 2, "First"), MakeTrack(2, 3, "Second")};
+    TrackEq two;
+    two.TrackKey = 2;
+    two.EqEnabled = 1;
+    TrackEq three;
+    three.TrackKey = 3;
+    three.EqEnabled = 0;
+    session.TrackEqs = {two, three};
+    const Strings lines = Write(session);
+    const std::string on = R"(<component componentID="Audition.EQ" id="trackEQ" name="EQ" powered="true">)";
+    EXPECT_EQ(Block(lines, R"(id="trackEQ")", "</component>", 0)[0], on) << "by ordinal, before the id's record";
+    EXPECT_EQ(Block(lines, R"(id="trackEQ")", "</component>", 1)[0], on) << "by id, before the ordinal's record";
+}
+
+TEST(TrackWriter, TracksThatShareAnIdShareTheirPointsAndTheirFirstSendRecord) {
+    Session session;
+    Track bus = MakeTrack(10004, 3, "Bus");
+    bus.BusId = 20001;
+    session.Tracks = {MakeTrack(1, 1, "One"), MakeTrack(1, 2, "One again"), bus};
+    session.TrackVolumePoints = {{1, 0, 1.0}, {2, 5, 0.1}, {1, 10, 0.5}, {1, 20, 1.0}};
+    TrackSend first;
+    first.TrackId = 1;
+    first.Slots[0] = {20001, 0.5, 0, 0};
+    TrackSend second = first;
+    second.Slots[0] = {0, 0.75, 0, 1};
+    session.TrackSends = {first, second};
+    const Strings lines = Write(session);
+    const std::string keyframe = R"(<parameterKeyframe sampleOffset=")";
+    const Strings volume{R"(<component componentID="Audition.Fader" id="trackFader" name="volume" powered="true">)",
+                         R"(<parameter index="0" name="volume" parameterValue="1">)",
+                         R"(<parameterKeyframes enableSplines="false">)",
+                         keyframe + R"(0" select="false" type="linear" value=".65"/>)",
+                         keyframe + R"(10" select="false" type="linear" value=".476579506619273"/>)",
+                         keyframe + R"(20" select="false" type="linear" value=".65"/>)",
+                         "</parameterKeyframes>",
+                         "</parameter>",
+                         R"(<parameter index="1" name="static gain" parameterValue="1"/>)",
+                         "</component>"};
+    EXPECT_EQ(Block(lines, R"(id="trackFader")", "</component>", 0), volume);
+    EXPECT_EQ(Block(lines, R"(id="trackFader")", "</component>", 1), volume);
+    const std::string slot = R"(<sendSlot preFader="false" sendOutputID="10004" slotIndex="0">)";
+    EXPECT_EQ(Block(lines, R"(slotIndex="0")", "</sendSlot>", 0)[0], slot);
+    EXPECT_EQ(Block(lines, R"(slotIndex="0")", "</sendSlot>", 1)[0], slot);
+}
+
 TEST(TrackWriter, SendSlotsWithAndWithoutARecord) {
     Session session;
     Track bus = MakeTrack(10004, 2, "Bus");

@@ -1,0 +1,38 @@
+// The track writers' lookups by track id, send slot and bus, built once per
+// document. Searching the session lists for every track would cost the
+// number of tracks times the length of each list.
+#pragma once
+
+#include <compare>
+#include <cstdint>
+#include <string>
+
+#include "writer/DocumentWriter.h"
+#include "writer/PositionIndex.h"
+
+namespace morvanta {
+
+struct SendParameterKey {
+    std::int32_t TrackId{};
+    std::int32_t SendSlot{};
+    std::string Name;  // blanks trimmed
+    auto operator<=>(const SendParameterKey&) const = default;
+};
+
+// Neither the lists nor the tracks' ids and buses change while the tracks
+// are written; the index is made after the master has moved to the end.
+struct TrackLookups {
+    explicit TrackLookups(const Session& s);
+
+    PositionIndex<std::int32_t> volumePoints;  // TrackVolumePoints by TrackId
+    PositionIndex<std::int32_t> mutePoints;    // TrackMutePoints by TrackId
+    PositionIndex<std::int32_t> panPoints;     // TrackPanPoints by TrackId
+    PositionIndex<SendParameterKey> sendPoints;  // SendAutomation
+    PositionIndex<std::int32_t> sends;         // TrackSends by TrackId
+    PositionIndex<std::int32_t> eqs;           // TrackEqs by TrackKey
+    PositionIndex<std::int32_t> busTracks;     // Tracks by BusId
+};
+
+const TrackLookups& TrackLookupsOf(DocumentWriter& w);
+
+}  // namespace morvanta
