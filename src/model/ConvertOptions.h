@@ -2,6 +2,7 @@
 // writer looks at anything else for them.
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <string>
 
@@ -18,6 +19,10 @@ struct ConvertOptions {
     bool NoPathNames = false;
     // Where the effect catalogues lie.
     std::filesystem::path CatalogueFolder;
+    // The largest document written for one session. Tracks or clips that
+    // share an id repeat each other's points, so a damaged file of a few
+    // megabytes could otherwise ask for a document of gigabytes.
+    std::size_t MaxDocumentBytes = std::size_t{256} << 20;
 };
 
 }  // namespace morvanta

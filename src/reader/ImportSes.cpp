@@ -206,6 +206,9 @@ ImportResult ConvertSesBytes(std::span<const std::uint8_t> bytes, const ConvertO
         result.Document = ExportSesxFile(session, options, OutputPath, result.Warnings);
     } catch (const ReadError& error) {
         Fail(result, error);
+    } catch (const DocumentTooLarge& error) {
+        result.Status = ImportStatus::Failed;
+        result.Message = error.what();
     }
     return result;
 }

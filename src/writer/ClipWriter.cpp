@@ -66,8 +66,13 @@ const ClipIndex& IndexOf(DocumentWriter& w) {
     return *w.clipIndex;
 }
 
-// A clip whose file the session does not list is left out whole.
+// A clip whose file the session does not list is left out whole. Tracks that
+// share an id repeat each other's clips, so past the first few the clips are
+// only counted, for ReportMoreClipsLeftOut.
+constexpr std::size_t kClipsLeftOutNamed = 100;
+
 void ReportLeftOut(DocumentWriter& w, const Clip& c, const char* kind) {
+    if (++w.ClipsLeftOut > kClipsLeftOutNamed) return;
     w.warnings.push_back(Diagnostic{std::string(kind) + " clip " + std::to_string(c.ClipId) + " on track " +
                                         std::to_string(c.TrackId) + " at sample " + IntegerText(c.Start) +
                                         " refers to file " + std::to_string(c.FileId) +
@@ -235,6 +240,13 @@ void WriteVideoClips(DocumentWriter& w, const Track& track) {
         w.Line("<videoFormat />");
         w.Line("</videoClip>");
     }
+}
+
+void ReportMoreClipsLeftOut(DocumentWriter& w) {
+    if (w.ClipsLeftOut <= kClipsLeftOutNamed) return;
+    w.warnings.push_back(Diagnostic{std::to_string(w.ClipsLeftOut - kClipsLeftOutNamed) +
+                                        " more clips refer to files that the session does not list: they are left out",
+                                    -1, ""});
 }
 
 }  // namespace morvanta

@@ -9,6 +9,7 @@
 #include "model/ConvertOptions.h"
 #include "model/Diagnostic.h"
 #include "model/Session.h"
+#include "writer/ExportSesx.h"
 
 namespace morvanta {
 
@@ -34,10 +35,15 @@ struct DocumentWriter {
     std::shared_ptr<const ClipIndex> clipIndex{};
     std::shared_ptr<const TrackLookups> trackLookups{};
 
+    // Clips left out for a file the session does not list; the first few
+    // are reported one by one, the rest in one count.
+    std::size_t ClipsLeftOut = 0;
+
     // One element a line, each ended by a single line feed.
     void Line(std::string_view text) {
         out += text;
         out += '\n';
+        if (out.size() > options.MaxDocumentBytes) throw DocumentTooLarge(options.MaxDocumentBytes);
     }
 };
 
@@ -56,6 +62,8 @@ void WriteFiles(DocumentWriter& w);
 void WriteEffectsRack(DocumentWriter& w, const Track& track);
 void WriteAudioClips(DocumentWriter& w, const Track& track);
 void WriteVideoClips(DocumentWriter& w, const Track& track);
+// After the tracks: the count of left-out clips that were not named one by one.
+void ReportMoreClipsLeftOut(DocumentWriter& w);
 
 // The components of a track's <trackAudioParameters>, and its send list.
 void WriteTrackComponents(DocumentWriter& w, const Track& track);  // fader, mute, pan

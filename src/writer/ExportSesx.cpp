@@ -21,7 +21,18 @@ std::string VersionText() {
            revision.substr(revision.size() - 2);
 }
 
+// "256 MiB" for whole mebibytes, else the bytes.
+std::string SizeText(std::size_t bytes) {
+    constexpr std::size_t kMebibyte = std::size_t{1} << 20;
+    if (bytes >= kMebibyte && bytes % kMebibyte == 0) return std::to_string(bytes / kMebibyte) + " MiB";
+    return std::to_string(bytes) + " bytes";
+}
+
 }  // namespace
+
+DocumentTooLarge::DocumentTooLarge(std::size_t limit)
+    : std::runtime_error("the document would be larger than " + SizeText(limit) +
+                         ", the most Morvanta writes for one session") {}
 
 // Exchange sort by (TrackOrdinal, Start), element 0 included; ties stay.
 void SortClipsForWriting(Session& session) {
@@ -59,6 +70,7 @@ std::string ExportSesxFile(Session& session, const ConvertOptions& options,
     w.Line("<name>" + EscapeText(TrimBlanks(FileNameOf(OutputPath))) + "</name>");
     w.Line("<tracks>");
     WriteTracks(w);
+    ReportMoreClipsLeftOut(w);
     w.Line("</tracks>");
     WriteSessionState(w);
     WriteCueMarkers(w);

@@ -32,6 +32,7 @@ Written AudioClipsOf(Session& s, std::vector<std::int32_t> trackIds) {
     const ConvertOptions options;
     DocumentWriter w{s, options, result.Warnings, {}};
     for (std::int32_t id : trackIds) WriteAudioClips(w, TrackOf(id));
+    ReportMoreClipsLeftOut(w);
     result.Text = w.out;
     return result;
 }
@@ -224,6 +225,20 @@ TEST(ClipWriter, AClipWhoseFileIsNotListedIsLeftOutWithAWarning) {
               "audio clip 300000004 on track 10001 at sample 44100 refers to file 2000002, which the session does "
               "not list: the clip is left out");
     EXPECT_EQ(s.Clips[1].GroupItemId, kClipLeftOut);
+}
+
+TEST(ClipWriter, PastAHundredLeftOutClipsAreOnlyCounted) {
+    Session s;
+    for (int i = 0; i < 102; ++i)
+        s.Clips.push_back({.ClipId = 300000000 + i, .FileId = 2000002, .Start = 100.0 * i, .TrackId = 10001});
+    const Written written = AudioClipsOf(s, {10001});
+    EXPECT_EQ(written.Text, "");
+    ASSERT_EQ(written.Warnings.size(), 101u);
+    EXPECT_EQ(written.Warnings[99].Message,
+              "audio clip 300000099 on track 10001 at sample 9900 refers to file 2000002, which the session does "
+              "not list: the clip is left out");
+    EXPECT_EQ(written.Warnings[100].Message,
+              "2 more clips refer to files that the session does not list: they are left out");
 }
 
 TEST(ClipWriter, VideoClipsSayWhetherTheirFileIsHere) {

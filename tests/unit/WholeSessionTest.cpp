@@ -71,5 +71,25 @@ TEST(WholeSessions, WithALanguageTheNamesComeFromTheWideList) {
               LinesStartingWith(plain.Document, "<audioClip ").size());
 }
 
+// A document may reach the size limit but not pass it; past it the file
+// fails alone and nothing of its document is kept.
+TEST(WholeSessions, ADocumentPastTheSizeLimitFailsItsFile) {
+    const ImportResult whole = Convert(WholeSession("Audition 2.0"), {}, "audition-2.0");
+    ASSERT_EQ(whole.Status, ImportStatus::Converted) << whole.Message;
+    ConvertOptions limited;
+    limited.MaxDocumentBytes = whole.Document.size();
+    EXPECT_EQ(Convert(WholeSession("Audition 2.0"), limited, "audition-2.0").Document, whole.Document);
+
+    limited.MaxDocumentBytes = whole.Document.size() - 1;
+    const ImportResult over = Convert(WholeSession("Audition 2.0"), limited, "audition-2.0");
+    EXPECT_EQ(over.Status, ImportStatus::Failed);
+    EXPECT_EQ(over.Message, "the document would be larger than " + std::to_string(whole.Document.size() - 1) +
+                                " bytes, the most Morvanta writes for one session");
+    EXPECT_EQ(over.Document, "");
+
+    limited.MaxDocumentBytes = std::size_t{1} << 20;
+    EXPECT_EQ(Convert(WholeSession("Audition 2.0"), limited, "audition-2.0").Document, whole.Document);
+}
+
 }  // namespace
 }  // namespace morvanta::testing
