@@ -78,4 +78,12 @@ inline std::vector<std::string> Lines(const std::string& text) {
     return lines;
 }
 
+// The lines of a document that start with `start`, in order.
+inline std::vector<std::string> LinesStartingWith(const std::string& text, const std::string& start) {
+    std::vector<std::string> found;
+    for (const std::string& line : Lines(text))
+        if (line.starts_with(start)) found.push_back(line);
+    return found;
+}
+
 }  // namespace morvanta::testing

@@ -38,13 +38,6 @@ Written AudioClipsOf(Session& s, std::vector<std::int32_t> trackIds) {
 
 using Strings = std::vector<std::string>;
 
-Strings LinesStartingWith(const std::string& text, const std::string& start) {
-    Strings found;
-    for (const std::string& line : Lines(text))
-        if (line.starts_with(start)) found.push_back(line);
-    return found;
-}
-
 TEST(ClipWriter, AnAudioClipTakesItsOwnPointsAndItsStretch) {
     Session s;
     s.SessionFiles = {FileOf(2000009, "C:\\a.wav"), FileOf(2000001, "C:\\b.wav", 88200)};
