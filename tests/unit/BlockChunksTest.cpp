@@ -67,15 +67,6 @@ BlockRecord Raw(const Block& b, bool withGroup = true, bool withHue = true) {
                        withHue ? b.Hue : 0};
 }
 
-TEST(BlockChunks, Bk25RecordsAreReadWhole) {
-    const Block first{.BlockId = 7, .WaveId = 3, .LeftGain = 0.3, .RightGain = 0.3, .Start = 1000, .Length = 44100,
-                      .SourceStart = 500, .Flags = 6, .TrackId = 2, .GroupId = 4, .Hue = 80};
-    const Block second{.BlockId = 150000, .WaveId = 2000001, .Start = 50000, .Length = 2000, .TrackId = 1, .Hue = 200};
-    const Session s = Walk("Audition 2.0", {{"bk25", Bk25Payload("Audition 2.0", {first, second})}});
-    EXPECT_EQ(s.Bk25Records, (std::vector<BlockRecord>{Raw(first), Raw(second)}));
-    EXPECT_TRUE(s.Bk25Fades.empty()) << "only Audition 3.0 has fade records";
-}
-
 struct GainCase {
     std::string Version;
     std::string Tag;
@@ -169,18 +160,6 @@ TEST(BlockChunks, Audition20BlocksOfTheSpecialTracksCarryARecordOfTheirOwn) {
                                                                                  lastSpecial})}});
     EXPECT_EQ(s.Bk25Records, (std::vector<BlockRecord>{Raw(special), Raw(pastRange), Raw(below), Raw(video),
                                                          Raw(lastSpecial)}));
-}
-
-TEST(BlockChunks, Audition10Bk25BlocksAreSteppedOverAndKeepNothing) {
-    const Block block{.BlockId = 4, .WaveId = 2, .Start = 10, .TrackId = 1, .Name = "take"};
-    // The old "bk20" record has a hue but no group.
-    const Block old{.BlockId = 8, .WaveId = 3, .Start = 20, .Flags = 4, .TrackId = 2, .GroupId = 9, .Hue = 50};
-    const Session s = Walk("Audition 1.0", {{"blk ", BlkPayload("Audition 1.0", {block})},
-                                            {"bk25", Bk25Payload("Audition 1.0", {block, block})},
-                                            {"bk20", Bk20Payload({old})}});
-    EXPECT_TRUE(s.Bk25Records.empty());
-    EXPECT_EQ(s.BlkRecords, (std::vector<BlockRecord>{Raw(block, false, false)}));
-    EXPECT_EQ(s.Bk20Records, (std::vector<BlockRecord>{Raw(old, false)}));
 }
 
 TEST(BlockChunks, ALaterChunkReplacesAndAnEmptyOneChangesNothing) {
