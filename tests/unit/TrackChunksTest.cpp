@@ -1,5 +1,5 @@
-// The track chunks: the record layouts of "trks" per version, and the
-// entries, sections, lanes, rack block and sends of "TRKS".
+// The track chunks: the record layouts of "trks" per version, the entries,
+// sections, lanes, rack block and sends of "TRKS", and "tkeq".
 #include <gtest/gtest.h>
 
 #include "TestSupport.h"
@@ -275,8 +275,12 @@ TEST(TrackChunks, HostileEntriesFailWithTheirOffset) {
         {UpperSession("Audition 3.0", 1, {TrackEntryBytes(longRecord)}), 78,
          "the track record at offset 78 has length 2147483632, which runs past the end of the file (" +
              std::to_string(48 + TrackEntryBytes(longRecord).Size()) + " bytes)"},
-        {AbsurdPointCountSession(), 0, "the automation point count 2147483647"},
-        {UpperSession("Audition 3.0", 1, {TrackEntryBytes(manyLanes)}), 0, "the automation lane count 100000000"},
+        {AbsurdPointCountSession(), 978,
+         "the automation point count 2147483647 at offset 978 needs at least 34359738352 bytes from offset 982, but "
+         "the file has 2356 there"},
+        {UpperSession("Audition 3.0", 1, {TrackEntryBytes(manyLanes)}), 1834,
+         "the automation lane count 100000000 at offset 1834 needs at least 800000000 bytes from offset 1838, but the "
+         "file has 1480 there"},
         {UpperSession("Audition 3.0", 1, {cut}), 78,
          "the track record at offset 78 has length " + std::to_string(entry.Size() - 34) +
              ", which runs past the end of the file (548 bytes)"},
@@ -286,14 +290,50 @@ TEST(TrackChunks, HostileEntriesFailWithTheirOffset) {
         const ImportResult result = ReadSesBytes(c.Bytes, session, {});
         EXPECT_EQ(result.Status, ImportStatus::Failed);
         EXPECT_EQ(result.ErrorChunk, "TRKS");
-        if (c.Offset != 0) {
-            EXPECT_EQ(result.ErrorOffset, c.Offset);
-            EXPECT_EQ(result.Message, c.Message);
-        } else {
-            EXPECT_NE(result.Message.find(c.Message), std::string::npos) << result.Message;
-            EXPECT_GT(result.ErrorOffset, 90) << result.Message;
-        }
+        EXPECT_EQ(result.ErrorOffset, c.Offset);
+        EXPECT_EQ(result.Message, c.Message);
     }
+}
+
+// The track EQ chunk "tkeq"; how its records find their tracks is pinned by
+// the golden documents of the four versions that read it.
+TEST(TrackChunks, OnlyTheFourVersionsOfTheEqChunkReadIt) {
+    for (const char* version : {"Cool Edit Pro 2.00", "Cool Edit Pro 2.1", "Audition 1.0", "Audition 1.5",
+                                "Cool Edit Pro 1.2", "Cool Edit 2000 1.0", "Audition 2.0", "Audition 3.0"}) {
+        Session session;
+        const TkeqRecord record{.TrackKey = 2, .LowFrequency = 100, .LowGain = 1, .HighFrequency = 9000, .HighGain = 2,
+                                .MidFrequency = 1500, .MidQ = 300, .MidGain = -4, .LowQ = 110, .HighQ = 120};
+        const auto bytes = SesBuilder().Version(version).Chunk("tkeq", TkeqPayload({record})).Build();
+        ASSERT_EQ(ReadSesBytes(bytes, session, {}).Status, ImportStatus::Converted) << version;
+        const bool reads = std::string_view(version).starts_with("Audition 1") ||
+                           std::string_view(version).starts_with("Cool Edit Pro 2");
+        // The middle Q stands in front of the middle gain.
+        EXPECT_EQ(Describe(session.TrackEqs),
+                  reads ? Strings{"2 low 100/1/110 mid 1500/-4/300 high 9000/2/120 on 1"} : Strings{})
+            << version;
+    }
+}
+
+TEST(TrackChunks, EqCountsBeyondTheLoopCounterOrTheChunkFail) {
+    const auto tooMany = SesBuilder().Version("Audition 1.5").Chunk("tkeq", Bytes().Int32(32768)).Build();
+    Session session;
+    ImportResult result = ReadSesBytes(tooMany, session, {});
+    EXPECT_EQ(result.Status, ImportStatus::Failed);
+    EXPECT_EQ(result.ErrorChunk, "tkeq");
+    EXPECT_EQ(result.Message, "the EQ record count 32768 at offset 40 is above 32767, the most this list can hold");
+
+    // The records of a chunk lie inside it: a count that reaches into the
+    // chunk behind would let every chunk read the rest of the file again.
+    const auto cut = SesBuilder()
+                         .Version("Audition 1.5")
+                         .Chunk("tkeq", Bytes().Int32(2).Zeros(88))
+                         .Chunk("tkeq", Bytes().Int32(0).Zeros(100))
+                         .Build();
+    result = ReadSesBytes(cut, session, {});
+    EXPECT_EQ(result.Status, ImportStatus::Failed);
+    EXPECT_EQ(result.ErrorOffset, 40);
+    EXPECT_EQ(result.Message,
+              "the EQ record count 2 at offset 40 needs at least 176 bytes from offset 44, but the chunk has 88 there");
 }
 
 }  // namespace
