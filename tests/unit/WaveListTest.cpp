@@ -180,31 +180,19 @@ TEST(WaveList, WithoutPathNamesOnlyTheFileNameIsWritten) {
                                  "</files>\n");
 }
 
-TEST(WaveList, TheLanguageOptionTakesNamesFromTheWideListInLaterVersions) {
+// With the language option the later versions read "WLST" instead of "LIST"
+// (WholeSessions.WithALanguageTheNamesComeFromTheWideList); the old ones read
+// both, and a kind other than "wav " is no kind at all.
+TEST(WaveList, TheLanguageOptionReadsBothListsInTheOldVersions) {
     ConvertOptions options;
     options.NonEnglish = true;
-    const Bytes list = WaveListBytes({{"wav ", 1, "C:\\narrow.wav"}}, WaveLayout::Padded);
-    const Bytes wide = WideWaveListBytes({{"wav ", 2, u"C:\\wide.wav"}, {"VDEO", 3, u"C:\\Loop take"}});
-    const std::string wideFiles = "<file absolutePath=\"C:\\wide.wav\" id=\"0\" relativePath=\"./wide.wav\"/>\n"
-                                  "<file absolutePath=\"C:\\Loop take\" id=\"1\" relativePath=\"./Loop take\"/>\n";
-    const std::string narrowFiles =
-        "<file absolutePath=\"C:\\narrow.wav\" id=\"0\" relativePath=\"./narrow.wav\"/>\n";
-
-    // Later versions skip "LIST" and read "WLST"; a kind other than "wav "
-    // is no kind at all, so it is neither video nor repaired.
-    SesBuilder later = Begin("Audition 3.0");
-    later.Chunk("LIST", list).Chunk("WLST", wide);
-    EXPECT_EQ(Files(later, options), "<files>\n" + wideFiles + "</files>\n");
-    // The old versions read both.
     SesBuilder old = Begin("Cool Edit Pro 2.00");
-    old.Chunk("LIST", list).Chunk("WLST", wide);
-    const std::string narrowThenWide =
-        "<files>\n<file absolutePath=\"C:\\narrow.wav\" id=\"0\" relativePath=\"./narrow.wav\"/>\n"
-        "<file absolutePath=\"C:\\wide.wav\" id=\"1\" relativePath=\"./wide.wav\"/>\n"
-        "<file absolutePath=\"C:\\Loop take\" id=\"2\" relativePath=\"./Loop take\"/>\n</files>\n";
-    EXPECT_EQ(Files(old, options), narrowThenWide);
-    // Without the option "WLST" is stepped over.
-    EXPECT_EQ(Files(later), "<files>\n" + narrowFiles + "</files>\n");
+    old.Chunk("LIST", WaveListBytes({{"wav ", 1, "C:\\narrow.wav"}}, WaveLayout::Padded))
+        .Chunk("WLST", WideWaveListBytes({{"wav ", 2, u"C:\\wide.wav"}, {"VDEO", 3, u"C:\\Loop take"}}));
+    EXPECT_EQ(Files(old, options),
+              "<files>\n<file absolutePath=\"C:\\narrow.wav\" id=\"0\" relativePath=\"./narrow.wav\"/>\n"
+              "<file absolutePath=\"C:\\wide.wav\" id=\"1\" relativePath=\"./wide.wav\"/>\n"
+              "<file absolutePath=\"C:\\Loop take\" id=\"2\" relativePath=\"./Loop take\"/>\n</files>\n");
     // An empty wide list steps 28 bytes.
     SesBuilder empty = Begin("Audition 1.5");
     empty.ChunkWithLength("WLST", 0, Bytes().Zeros(28)).Chunk("stat", StatBytes(1, 2));
