@@ -74,24 +74,18 @@ struct GainCase {
     double Right;
 };
 
+// The chunk that each version's golden document reads (its clip "Rhythm" has
+// gains 0.5 and 1.0) is left to that document.
 TEST(BlockChunks, DifferingGainsFollowTheClipGainTableOfTheirChunkAndVersion) {
     const double equalPower = std::sqrt((1.0 * 1.0 + 0.5 * 0.5) / 2);  // level of the equal-power law
     const double mean = (1.0 + 0.5) / 2;
-    const double louder = 1.0;                                        // the cut law keeps the louder side
     const double rightAsDecibels = std::pow(10.0, 0.5 / 20);          // Cool Edit 2000 "blk " right gain
     const std::vector<GainCase> cases{
-        {"Audition 3.0", "bk25", equalPower, equalPower},
         {"Audition 2.0", "bk20", equalPower, equalPower},  // the 72-byte layout outside the old versions
         {"Cool Edit Pro 2.1", "bk25", equalPower, equalPower},
         {"Cool Edit Pro 1.2", "bk25", equalPower, equalPower},
         {"Cool Edit 2000 1.0", "bk20", equalPower, equalPower},
-        {"Cool Edit Pro 2.1", "bk20", louder, louder},
-        {"Cool Edit Pro 2.00", "bk20", louder, louder},
-        {"Audition 1.0", "bk20", louder, louder},
-        {"Audition 1.5", "bk25", mean, mean},
         {"Audition 1.5", "bk20", mean, mean},
-        {"Cool Edit Pro 1.2", "blk ", 1.0, 0.5},
-        {"Cool Edit Pro 1.2a", "blk ", 1.0, 0.5},
         {"Audition 1.0", "blk ", 1.0, 0.5},
         {"Cool Edit 2000 1.0", "blk ", mean, rightAsDecibels},
         {"Cool Edit Pro 2.1", "blk ", mean, mean},
