@@ -88,14 +88,9 @@ TEST(TrackChunks, LowerCaseRecordsLieInsideTheirChunk) {
     const Bytes one = TrksPayload(104, false, {record});
     Bytes payload = Bytes().Int32(2);  // the count claims a second record
     for (std::size_t i = 4; i < one.Size(); ++i) payload.Byte(one.Data()[i]);
-    const auto bytes = SesBuilder().Version("Audition 1.0").Chunk("trks", payload).Chunk("trks", one).Build();
-    Session session;
-    const ImportResult result = ReadSesBytes(bytes, session, {});
-    EXPECT_EQ(result.Status, ImportStatus::Failed);
-    EXPECT_EQ(result.ErrorChunk, "trks");
-    EXPECT_EQ(result.Message,
-              "the track record count 2 at offset 40 needs at least 208 bytes from offset 44, but the chunk has 104 "
-              "there");
+    ExpectFailure(SesBuilder().Version("Audition 1.0").Chunk("trks", payload).Chunk("trks", one).Build(), "trks", 40,
+                  "the track record count 2 at offset 40 needs at least 208 bytes from offset 44, but the chunk has 104 "
+                  "there");
 }
 
 // An entry with every part filled, and a plain one behind it that only
@@ -241,14 +236,10 @@ TEST(TrackChunks, AnEntryThatReadsFarOutsideItselfFails) {
                            .Chunk("TRKS", UpperTrksPayload(true, 1, {TrackEntryBytes(wide)}))
                            .DeclaredLength(683)
                            .Build();
-    Session session;
-    const ImportResult result = ReadSesBytes(bytes, session, {});
-    EXPECT_EQ(result.Status, ImportStatus::Failed);
-    EXPECT_EQ(result.ErrorChunk, "TRKS");
-    EXPECT_EQ(result.ErrorOffset, 956);  // the volume count, 412 behind the section's name
-    EXPECT_EQ(result.Message,
-              "the track entry at offset 48 reads more than twice its own 634 bytes at offset 956: its lists run "
-              "outside it or over the same bytes again and again");
+    // At the volume count, 412 behind the section's name.
+    ExpectFailure(bytes, "TRKS", 956,
+                  "the track entry at offset 48 reads more than twice its own 634 bytes at offset 956: its lists run "
+                  "outside it or over the same bytes again and again");
 }
 
 // Hostile entries fail the file at the field that is wrong.
@@ -285,14 +276,7 @@ TEST(TrackChunks, HostileEntriesFailWithTheirOffset) {
          "the track record at offset 78 has length " + std::to_string(entry.Size() - 34) +
              ", which runs past the end of the file (548 bytes)"},
     };
-    for (const Case& c : cases) {
-        Session session;
-        const ImportResult result = ReadSesBytes(c.Bytes, session, {});
-        EXPECT_EQ(result.Status, ImportStatus::Failed);
-        EXPECT_EQ(result.ErrorChunk, "TRKS");
-        EXPECT_EQ(result.ErrorOffset, c.Offset);
-        EXPECT_EQ(result.Message, c.Message);
-    }
+    for (const Case& c : cases) ExpectFailure(c.Bytes, "TRKS", c.Offset, c.Message);
 }
 
 // The track EQ chunk "tkeq"; how its records find their tracks is pinned by
@@ -315,25 +299,18 @@ TEST(TrackChunks, OnlyTheFourVersionsOfTheEqChunkReadIt) {
 }
 
 TEST(TrackChunks, EqCountsBeyondTheLoopCounterOrTheChunkFail) {
-    const auto tooMany = SesBuilder().Version("Audition 1.5").Chunk("tkeq", Bytes().Int32(32768)).Build();
-    Session session;
-    ImportResult result = ReadSesBytes(tooMany, session, {});
-    EXPECT_EQ(result.Status, ImportStatus::Failed);
-    EXPECT_EQ(result.ErrorChunk, "tkeq");
-    EXPECT_EQ(result.Message, "the EQ record count 32768 at offset 40 is above 32767, the most this list can hold");
+    ExpectFailure(SesBuilder().Version("Audition 1.5").Chunk("tkeq", Bytes().Int32(32768)).Build(), "tkeq", 40,
+                  "the EQ record count 32768 at offset 40 is above 32767, the most this list can hold");
 
     // The records of a chunk lie inside it: a count that reaches into the
     // chunk behind would let every chunk read the rest of the file again.
-    const auto cut = SesBuilder()
-                         .Version("Audition 1.5")
-                         .Chunk("tkeq", Bytes().Int32(2).Zeros(88))
-                         .Chunk("tkeq", Bytes().Int32(0).Zeros(100))
-                         .Build();
-    result = ReadSesBytes(cut, session, {});
-    EXPECT_EQ(result.Status, ImportStatus::Failed);
-    EXPECT_EQ(result.ErrorOffset, 40);
-    EXPECT_EQ(result.Message,
-              "the EQ record count 2 at offset 40 needs at least 176 bytes from offset 44, but the chunk has 88 there");
+    ExpectFailure(SesBuilder()
+                      .Version("Audition 1.5")
+                      .Chunk("tkeq", Bytes().Int32(2).Zeros(88))
+                      .Chunk("tkeq", Bytes().Int32(0).Zeros(100))
+                      .Build(),
+                  "tkeq", 40,
+                  "the EQ record count 2 at offset 40 needs at least 176 bytes from offset 44, but the chunk has 88 there");
 }
 
 }  // namespace

@@ -226,13 +226,9 @@ TEST(WaveList, NameBuffersThatReadTheFileAgainAndAgainFailIt) {
     payload.PadTo(1100);
     const auto bytes = SesBuilder().Version("Cool Edit 2000 1.0", 32).Chunk("LIST", payload).Build();
     ASSERT_EQ(bytes.size(), 1160u);
-    const ImportResult result = Convert(bytes);
-    EXPECT_EQ(result.Status, ImportStatus::Failed);
-    EXPECT_EQ(result.ErrorChunk, "LIST");
-    EXPECT_EQ(result.ErrorOffset, 119);
-    EXPECT_EQ(result.Message,
-              "the wave list names reach offset 119 again and again: they describe more than the file's 1160 "
-              "bytes can hold");
+    ExpectFailure(bytes, "LIST", 119,
+                  "the wave list names reach offset 119 again and again: they describe more than the file's 1160 "
+                  "bytes can hold");
 }
 
 TEST(WaveList, EntriesTooSmallForTheirNameFailTheFile) {
@@ -244,23 +240,25 @@ TEST(WaveList, EntriesTooSmallForTheirNameFailTheFile) {
         std::string version, tag;
         Bytes payload;
         std::int64_t offset;
+        std::string message;
     };
     const std::vector<Case> cases{
-        {"Audition 3.0", "LIST", Bytes().Int32(40).Text("wav ").Int32(12).Int32(1).Zeros(40), kPayload + 8},
-        {"Cool Edit 2000 1.0", "LIST", Bytes().Int32(40).Text("wav ").Int32(4).Int32(1).Zeros(40), kPayload + 8},
-        {"Audition 3.0", "WLST", Bytes().Text("wav ").Int32(-100).Int32(1).Zeros(20), kPayload + 4},
+        {"Audition 3.0", "LIST", Bytes().Int32(40).Text("wav ").Int32(12).Int32(1).Zeros(40), kPayload + 8,
+         "the wave list entry at offset 472 declares a size of 12, too small for its name"},
+        {"Cool Edit 2000 1.0", "LIST", Bytes().Int32(40).Text("wav ").Int32(4).Int32(1).Zeros(40), kPayload + 8,
+         "the wave list entry at offset 472 declares a size of 4, too small for its name"},
+        {"Audition 3.0", "WLST", Bytes().Text("wav ").Int32(-100).Int32(1).Zeros(20), kPayload + 4,
+         "the 16-bit wave list entry at offset 468 declares a size of -100, too small for its name"},
         // A list that claims far more than the file holds ends at the file's end.
         {"Audition 3.0", "LIST", Bytes().Int32(1 << 30).Text("wav ").Int32(17).Int32(1).Zeros(4).ZeroText("a"),
-         kPayload + 4 + 22},
-        {"Audition 3.0", "WLST", Bytes().Text("wav ").Int32(1000).Int32(1).Zeros(20), kPayload + 24},
+         kPayload + 4 + 22, "a 32-bit integer of 4 bytes at offset 494 lies outside the file of 490 bytes"},
+        {"Audition 3.0", "WLST", Bytes().Text("wav ").Int32(1000).Int32(1).Zeros(20), kPayload + 24,
+         "a field of 984 bytes at offset 492 runs past the end of the file (8 bytes left)"},
     };
     for (const Case& c : cases) {
         SesBuilder b = Begin(c.version);
         b.Chunk(c.tag, c.payload);
-        const ImportResult result = Convert(b.Build(), c.tag == "WLST" ? wide : ConvertOptions{});
-        EXPECT_EQ(result.Status, ImportStatus::Failed) << c.tag;
-        EXPECT_EQ(result.ErrorChunk, c.tag);
-        EXPECT_EQ(result.ErrorOffset, c.offset) << c.version << " " << c.tag << ": " << result.Message;
+        ExpectFailure(b.Build(), c.tag, c.offset, c.message, c.tag == "WLST" ? wide : ConvertOptions{});
     }
 }
 
