@@ -148,13 +148,6 @@ TEST(TrackChunks, AnUpperCaseEntryFillsEveryList) {
               (Strings{"5 [0: bus 20002 level 0.75 pan 25 pre 1] [1: bus 20003 level 0.5 pan 0 pre 0]", "6"}));
 }
 
-TEST(TrackChunks, TheMasterEntryGivesTheSessionItsMasterVolume) {
-    TrackEntry master = NamedEntry(10000, u"Master");
-    master.Volume = {{0, 0.625}, {10, 0.5}};
-    const Session session = ReadOk(UpperSession("Audition 3.0", 1, {TrackEntryBytes(master)}));
-    EXPECT_EQ(session.MasterVolume, 0.625);
-}
-
 TEST(TrackChunks, SendsPast16AreNotKept) {
     TrackEntry entry = NamedEntry(1, u"Many");
     for (int i = 1; i <= 17; ++i) {
