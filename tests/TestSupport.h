@@ -24,6 +24,17 @@ inline ImportResult Convert(const std::vector<std::uint8_t>& bytes, const Conver
     return ConvertSesBytes(bytes, options, "C:\\Sessions\\" + name + ".ses", name + ".sesx");
 }
 
+// Converts a file that must fail at `offset`, in `chunk`, with exactly `message`.
+inline void ExpectFailure(const std::vector<std::uint8_t>& bytes, const std::string& chunk, std::int64_t offset,
+                          const std::string& message, const ConvertOptions& options = {}) {
+    const ImportResult result = Convert(bytes, options);
+    EXPECT_EQ(result.Status, ImportStatus::Failed) << message;
+    EXPECT_EQ(result.ErrorChunk, chunk) << message;
+    EXPECT_EQ(result.ErrorOffset, offset) << message;
+    EXPECT_EQ(result.Message, message);
+    EXPECT_TRUE(result.Document.empty()) << message;
+}
+
 inline std::string ReadFile(const std::filesystem::path& path) {
     std::ifstream in(path, std::ios::binary);
     std::ostringstream text;
@@ -76,6 +87,14 @@ inline std::vector<std::string> Lines(const std::string& text) {
     std::istringstream in(text);
     for (std::string line; std::getline(in, line);) lines.push_back(line);
     return lines;
+}
+
+// The lines of a document that start with `start`, in order.
+inline std::vector<std::string> LinesStartingWith(const std::string& text, const std::string& start) {
+    std::vector<std::string> found;
+    for (const std::string& line : Lines(text))
+        if (line.starts_with(start)) found.push_back(line);
+    return found;
 }
 
 }  // namespace morvanta::testing

@@ -26,25 +26,23 @@ void ShowAndWait(OverwriteDialog& dialog) {
 class OverwriteDialogTest : public QObject {
     Q_OBJECT
 private slots:
-    void TheFocusIsOnTheLastAnswerAndEnterRepeatsIt() {
-        for (int last = 0; last < 4; ++last) {
-            OverwriteDialog dialog(kMessage, last, nullptr);
-            ShowAndWait(dialog);
-            QCOMPARE(QApplication::focusWidget(), dialog.AnswerButton(last));
-            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-            QCOMPARE(dialog.Answer(), last);
-            QVERIFY(!dialog.isVisible());
-        }
-    }
-
-    void ButtonsAnswerWithTheirIndex() {
+    // The focus stands on the last answer and Enter repeats it; a click on
+    // another button answers with that button's index.
+    void TheFocusIsOnTheLastAnswerEnterRepeatsItAndButtonsAnswerTheirIndex() {
         const QStringList captions{"&Yes", "Yes to &All", "&No", "&Cancel"};
-        for (int pressed = 0; pressed < 4; ++pressed) {
-            OverwriteDialog dialog(kMessage, 0, nullptr);
-            ShowAndWait(dialog);
-            QCOMPARE(dialog.AnswerButton(pressed)->text(), captions[pressed]);
-            QTest::mouseClick(dialog.AnswerButton(pressed), Qt::LeftButton);
-            QCOMPARE(dialog.Answer(), pressed);
+        for (int answer = 0; answer < 4; ++answer) {
+            OverwriteDialog repeated(kMessage, answer, nullptr);
+            ShowAndWait(repeated);
+            QCOMPARE(QApplication::focusWidget(), repeated.AnswerButton(answer));
+            QCOMPARE(repeated.AnswerButton(answer)->text(), captions[answer]);
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+            QCOMPARE(repeated.Answer(), answer);
+            QVERIFY(!repeated.isVisible());
+
+            OverwriteDialog clicked(kMessage, (answer + 1) % 4, nullptr);
+            ShowAndWait(clicked);
+            QTest::mouseClick(clicked.AnswerButton(answer), Qt::LeftButton);
+            QCOMPARE(clicked.Answer(), answer);
         }
     }
 

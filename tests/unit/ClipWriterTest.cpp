@@ -1,4 +1,4 @@
-// <audioClip> and <videoClip> of hand-built sessions, line by line.
+// <audioClip>, <videoClip> and <clipGroups> of hand-built sessions, line by line.
 #include <gtest/gtest.h>
 
 #include "TestSupport.h"
@@ -37,14 +37,9 @@ Written AudioClipsOf(Session& s, std::vector<std::int32_t> trackIds) {
     return result;
 }
 
-std::vector<std::string> LinesStartingWith(const std::string& text, const std::string& start) {
-    std::vector<std::string> found;
-    for (const std::string& line : Lines(text))
-        if (line.starts_with(start)) found.push_back(line);
-    return found;
-}
+using Strings = std::vector<std::string>;
 
-TEST(ClipWriter, AnAudioClipWithEverything) {
+TEST(ClipWriter, AnAudioClipTakesItsOwnPointsAndItsStretch) {
     Session s;
     s.SessionFiles = {FileOf(2000009, "C:\\a.wav"), FileOf(2000001, "C:\\b.wav", 88200)};
     s.Clips.push_back({.ClipId = 300000005, .FileId = 2000001, .SourceStart = 1000, .Start = 44100, .Length = 22050,
@@ -64,63 +59,20 @@ TEST(ClipWriter, AnAudioClipWithEverything) {
     s.ClipStretches = {{300000005, 44100}};
     const Written written = AudioClipsOf(s, {10001});
     EXPECT_TRUE(written.Warnings.empty());
-    EXPECT_EQ(written.Text,
-              R"(<audioClip clipAutoCrossfade="true" crossFadeHeadClipID="-1" crossFadeTailClipID="-1" endPoint="66150" fileID="1" hue="168" id="0" lockedInTime="true" looped="false" name="" offline="false" select="false" sourceInPoint="1000" sourceOutPoint="23050" startPoint="44100" zOrder="1">
-<component componentID="Audition.Fader" id="clipGain" name="volume">
-<parameter index="0" name="volume" parameterValue="0">
-<parameterKeyframes enableSplines="false">
-<parameterKeyframe sampleOffset="1000" select="false" type="linear" value="0.65000000"/>
-<parameterKeyframe sampleOffset="12025" select="false" type="linear" value="0.47657951"/>
-<parameterKeyframe sampleOffset="23050" select="false" type="linear" value="0.00000000"/>
-</parameterKeyframes>
-</parameter>
-<parameter index="1" name="static gain" parameterValue=".5"/>
-</component>
-<component componentID="Audition.Mute" id="clipMute" name="Mute" powered="true">
-<parameter index="0" parameterValue="0"/>
-<parameter index="1" name="mute" parameterValue="1"/>
-</component>
-<component componentID="Audition.StereoPanner" id="clipPan" name="StereoPanner">
-<parameter index="0" name="Pan" parameterValue="0">
-<parameterKeyframes enableSplines="false">
-<parameterKeyframe sampleOffset="1010" select="false" type="linear" value="0"/>
-<parameterKeyframe sampleOffset="1020" select="false" type="linear" value=".75"/>
-</parameterKeyframes>
-</parameter>
-</component>
-<fadeIn crossFadeLinkType="linkedAsymmetric" endPoint="100" shape="19" startPoint="0" type="cosine"/>
-<fadeOut crossFadeLinkType="linkedAsymmetric" endPoint="22050" shape="2" startPoint="22000" type="log"/>
-<clipStretch adaptiveWindowSize="37" pitchAdjustment="0" preserveFormants="true" stretchMode="realtime" stretchQuality="high" stretchRatio="0.5" stretchType="solo" transientSensitivity="40"/></audioClip>
-)");
-}
-
-TEST(ClipWriter, AClipWithoutPointsOrFadeRowHasEmptyKeyframesAndPlainFades) {
-    Session s;
-    s.SessionFiles = {FileOf(2000001, "b.wav")};
-    s.Clips.push_back({.ClipId = 7, .FileId = 2000001, .Start = 0.5, .Length = 99.5, .TrackId = 3, .Gain = 1});
-    EXPECT_EQ(AudioClipsOf(s, {3}).Text,
-              R"(<audioClip clipAutoCrossfade="true" crossFadeHeadClipID="-1" crossFadeTailClipID="-1" endPoint="100" fileID="0" hue="0" id="0" lockedInTime="false" looped="false" name="" offline="false" select="false" sourceInPoint="0" sourceOutPoint="100" startPoint="1" zOrder="1">
-<component componentID="Audition.Fader" id="clipGain" name="volume">
-<parameter index="0" name="volume" parameterValue="0">
-<parameterKeyframes enableSplines="false">
-</parameterKeyframes>
-</parameter>
-<parameter index="1" name="static gain" parameterValue="1"/>
-</component>
-<component componentID="Audition.Mute" id="clipMute" name="Mute" powered="true">
-<parameter index="0" parameterValue="0"/>
-<parameter index="1" name="mute" parameterValue="0"/>
-</component>
-<component componentID="Audition.StereoPanner" id="clipPan" name="StereoPanner">
-<parameter index="0" name="Pan" parameterValue="0">
-<parameterKeyframes enableSplines="false">
-</parameterKeyframes>
-</parameter>
-</component>
-<fadeIn crossFadeLinkType="linkedAsymmetric" endPoint="0" shape="0" startPoint="0" type="log"/>
-<fadeOut crossFadeLinkType="linkedAsymmetric" endPoint="100" shape="0" startPoint="100" type="log"/>
-</audioClip>
-)");
+    // The points of this clip on this track, by kind, counted from the
+    // clip's start in the file; the stretch by the file's length.
+    Strings selected = LinesStartingWith(written.Text, "<parameterKeyframe ");
+    selected.push_back(Lines(written.Text).back());
+    const std::string keyframe = R"(<parameterKeyframe sampleOffset=")";
+    EXPECT_EQ(selected,
+              (Strings{keyframe + R"(1000" select="false" type="linear" value="0.65000000"/>)",
+                       keyframe + R"(12025" select="false" type="linear" value="0.47657951"/>)",
+                       keyframe + R"(23050" select="false" type="linear" value="0.00000000"/>)",
+                       keyframe + R"(1010" select="false" type="linear" value="0"/>)",
+                       keyframe + R"(1020" select="false" type="linear" value=".75"/>)",
+                       R"(<clipStretch adaptiveWindowSize="37" pitchAdjustment="0" preserveFormants="true" )"
+                       R"(stretchMode="realtime" stretchQuality="high" stretchRatio="0.5" stretchType="solo" )"
+                       R"(transientSensitivity="40"/></audioClip>)"}));
 }
 
 TEST(ClipWriter, IdsCountPerTrackZOrderOverTheListAndOnlyOverlapsAreMarked) {
@@ -142,7 +94,7 @@ TEST(ClipWriter, IdsCountPerTrackZOrderOverTheListAndOnlyOverlapsAreMarked) {
     const Written written = AudioClipsOf(s, {10002, 10001});
     const std::string common = R"(" lockedInTime="false" looped="false" name="" offline="false" select="false" sourceInPoint="0" sourceOutPoint=")";
     EXPECT_EQ(LinesStartingWith(written.Text, "<audioClip "),
-              (std::vector<std::string>{
+              (Strings{
                   R"(<audioClip clipAutoCrossfade="true" crossFadeHeadClipID="-1" crossFadeTailClipID="-1" endPoint="500" fileID="0" hue="0" id="0)" + common + R"(500" startPoint="0" zOrder="6">)",
                   R"(<audioClip clipAutoCrossfade="true" crossFadeHeadClipID="-1" crossFadeTailClipID="1" endPoint="100" fileID="0" hue="1.5" id="0)" + common + R"(100" startPoint="0" zOrder="1">)",
                   R"(<audioClip clipAutoCrossfade="true" crossFadeHeadClipID="1" crossFadeTailClipID="-1" endPoint="150" fileID="0" hue="60" id="1)" + common + R"(100" startPoint="50" zOrder="2">)",
@@ -150,11 +102,14 @@ TEST(ClipWriter, IdsCountPerTrackZOrderOverTheListAndOnlyOverlapsAreMarked) {
                   R"(<audioClip clipAutoCrossfade="true" crossFadeHeadClipID="-1" crossFadeTailClipID="-1" endPoint="260" fileID="0" hue="0" id="3)" + common + R"(10" startPoint="250" zOrder="4">)",
                   R"(<audioClip clipAutoCrossfade="true" crossFadeHeadClipID="1" crossFadeTailClipID="-1" endPoint="265" fileID="0" hue="0" id="4)" + common + R"(10" startPoint="255" zOrder="5">)",
               }));
-    // A fade row gives shape 19, no row shape 0.
-    EXPECT_EQ(LinesStartingWith(written.Text, "<fadeIn ")[4],
-              R"(<fadeIn crossFadeLinkType="linkedAsymmetric" endPoint="0" shape="0" startPoint="0" type="log"/>)");
-    EXPECT_EQ(LinesStartingWith(written.Text, "<fadeIn ")[5],
-              R"(<fadeIn crossFadeLinkType="linkedAsymmetric" endPoint="0" shape="19" startPoint="0" type="log"/>)");
+    // Without a fade row shape 0 and the fade-out at the end; a row gives its shapes.
+    const Strings fadeIn = LinesStartingWith(written.Text, "<fadeIn ");
+    const Strings fadeOut = LinesStartingWith(written.Text, "<fadeOut ");
+    ASSERT_EQ(fadeIn.size(), 6u);
+    EXPECT_EQ((Strings{fadeIn[4], fadeOut[4], fadeIn[5]}),
+              (Strings{R"(<fadeIn crossFadeLinkType="linkedAsymmetric" endPoint="0" shape="0" startPoint="0" type="log"/>)",
+                       R"(<fadeOut crossFadeLinkType="linkedAsymmetric" endPoint="10" shape="0" startPoint="10" type="log"/>)",
+                       R"(<fadeIn crossFadeLinkType="linkedAsymmetric" endPoint="0" shape="19" startPoint="0" type="log"/>)"}));
     // The group item number counts every clip of the track.
     EXPECT_EQ(s.Clips[2].GroupItemId, 1);
     EXPECT_EQ(s.Clips[5].GroupItemId, 4);
@@ -192,21 +147,21 @@ TEST(ClipWriter, LoopedClipsAndStretchedClips) {
     s.Clips.push_back({.ClipId = 3, .FileId = 2000001, .Start = 40, .Length = 10, .TrackId = 1, .Looped = 1});
     s.ClipStretches = {{1, 500}, {2, 300}, {2, 900}};
     const std::string text = AudioClipsOf(s, {1}).Text;
-    std::vector<std::string> looped;
+    Strings looped;
     for (const std::string& line : LinesStartingWith(text, "<audioClip "))
         looped.push_back(line.substr(line.find("looped="), 14));
-    EXPECT_EQ(looped, (std::vector<std::string>{R"(looped="true" )", R"(looped="false")", R"(looped="false")"}));
+    EXPECT_EQ(looped, (Strings{R"(looped="true" )", R"(looped="false")", R"(looped="false")"}));
     // Only the clip that has a stretch record and is not looped is stretched,
     // by its first record; without a file length the ratio is 1.
-    const auto lines = Lines(text);
-    std::vector<std::string> closing;
-    for (const std::string& line : lines)
+    Strings closing;
+    for (const std::string& line : Lines(text))
         if (line.ends_with("</audioClip>")) closing.push_back(line);
     EXPECT_EQ(closing,
-              (std::vector<std::string>{
-                  "</audioClip>",
-                  R"(<clipStretch adaptiveWindowSize="37" pitchAdjustment="0" preserveFormants="true" stretchMode="realtime" stretchQuality="high" stretchRatio="1" stretchType="solo" transientSensitivity="40"/></audioClip>)",
-                  "</audioClip>"}));
+              (Strings{"</audioClip>",
+                       R"(<clipStretch adaptiveWindowSize="37" pitchAdjustment="0" preserveFormants="true" )"
+                       R"(stretchMode="realtime" stretchQuality="high" stretchRatio="1" stretchType="solo" )"
+                       R"(transientSensitivity="40"/></audioClip>)",
+                       "</audioClip>"}));
 }
 
 TEST(ClipWriter, AClipWhoseFileIsNotListedIsLeftOutWithAWarning) {
@@ -215,11 +170,11 @@ TEST(ClipWriter, AClipWhoseFileIsNotListedIsLeftOutWithAWarning) {
     s.Clips.push_back({.ClipId = 300000004, .FileId = 2000002, .Start = 44100, .TrackId = 10001, .GroupId = 2});
     s.Clips.push_back({.ClipId = 300000005, .FileId = 2000001, .Start = 88200, .TrackId = 10001});
     const Written written = AudioClipsOf(s, {10001});
-    const auto opening = LinesStartingWith(written.Text, "<audioClip ");
-    ASSERT_EQ(opening.size(), 1u);
-    EXPECT_NE(opening[0].find(R"( id="0" )"), std::string::npos) << "the left-out clip took no id";
-    EXPECT_NE(opening[0].find(R"( zOrder="2">)"), std::string::npos);
-    EXPECT_EQ(written.Text.find("44100"), std::string::npos);
+    // The clip left out takes no id; the next keeps its place in the list.
+    EXPECT_EQ(LinesStartingWith(written.Text, "<audioClip "),
+              Strings{R"(<audioClip clipAutoCrossfade="true" crossFadeHeadClipID="-1" crossFadeTailClipID="-1" )"
+                      R"(endPoint="88200" fileID="0" hue="0" id="0" lockedInTime="false" looped="false" name="" )"
+                      R"(offline="false" select="false" sourceInPoint="0" sourceOutPoint="0" startPoint="88200" zOrder="2">)"});
     ASSERT_EQ(written.Warnings.size(), 1u);
     EXPECT_EQ(written.Warnings[0].Message,
               "audio clip 300000004 on track 10001 at sample 44100 refers to file 2000002, which the session does "
@@ -268,6 +223,49 @@ TEST(ClipWriter, VideoClipsSayWhetherTheirFileIsHere) {
     EXPECT_EQ(warnings[0].Message,
               "video clip 82847048 on track 490000 at sample 300 refers to file 2000003, which the session does not "
               "list: the clip is left out");
+}
+
+// <clipGroups> lists the items the clip writer numbered.
+TEST(ClipWriter, GroupsListTheItemsTheClipWriterNumbered) {
+    Session s;
+    s.SessionFiles = {FileOf(2000001, "a.wav")};
+    auto clip = [](std::int32_t id, std::int32_t track, std::int32_t group, std::int32_t fileId = 2000001) {
+        return Clip{.ClipId = id, .FileId = fileId, .Start = 10.0 * id, .TrackId = track, .GroupId = group};
+    };
+    s.Clips.push_back(clip(1, 10001, 1));
+    s.Clips.push_back(clip(2, 10001, 2));
+    s.Clips.push_back(clip(3, 10001, 1, 2000009));  // its file is not listed: left out, no item
+    s.Clips.push_back(clip(4, 10002, 1));
+    s.Clips.push_back(clip(5, 10001, 0));
+    s.Clips.push_back(clip(6, 10001, 2));
+    // Hues 1, 3 and 239 are 1.5, 4.5 and 358.5 degrees: halves go to the even neighbour.
+    s.ClipGroups = {{1, 1}, {3, 2}, {239, 3}, {0, 0}};
+
+    std::vector<Diagnostic> warnings;
+    const ConvertOptions options;
+    DocumentWriter w{s, options, warnings, {}};
+    for (std::int32_t id : {10001, 10002}) WriteAudioClips(w, TrackOf(id));
+    w.out.clear();
+    WriteClipGroups(w);
+    EXPECT_EQ(w.out, R"(<clipGroups>
+<clipGroup hue="2" id="0">
+<name>Group 1</name>
+<item clipID="0" trackID="10001"/>
+<item clipID="0" trackID="10002"/>
+</clipGroup>
+<clipGroup hue="4" id="1">
+<name>Group 2</name>
+<item clipID="1" trackID="10001"/>
+<item clipID="3" trackID="10001"/>
+</clipGroup>
+<clipGroup hue="358" id="2">
+<name>Group 3</name>
+</clipGroup>
+<clipGroup hue="0" id="-1">
+<name>Group 0</name>
+</clipGroup>
+</clipGroups>
+)");
 }
 
 }  // namespace

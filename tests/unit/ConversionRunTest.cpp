@@ -1,6 +1,8 @@
 // The run over rows: where documents go, the overwrite answers, counting.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "SesBuilder.h"
 #include "TestSupport.h"
 #include "run/ConversionRun.h"
@@ -44,78 +46,60 @@ TEST(ConversionRun, MessagesOfTheRun) {
     EXPECT_EQ(OverwriteMessage(sixtyAccented), "File '" + sixtyAccented + "' Already Exists.\r\nOverwrite Existing File?");
 }
 
-class RunFixture : public ::testing::Test {
-protected:
-    void SetUp() override {
-        for (const char* name : {"a.ses", "b.ses", "c.ses", "d.ses"}) WriteFile(dir / name, GoodSession());
-        for (const char* name : {"a.sesx", "b.sesx", "c.sesx", "d.sesx"}) WriteFile(dir / name, std::string("old"));
-        for (const char* name : {"a.ses", "b.ses", "c.ses", "d.ses"})
-            rows.push_back({dir.Path().string() + "/", name, true});
+// Four sessions whose documents exist. One answer is given for the document
+// of `at` ("&Yes" for the others), or no answer at all: how often the run
+// asks, what it converts, which documents stay old and which rows keep their
+// tick. The next run asks again after "Yes to &All" (MainWindowTest).
+TEST(ConversionRun, TheOverwriteAnswers) {
+    struct Row {
+        const char* Name;
+        int Answer;  // -1: nobody to ask
+        std::string At;
+        int Asked;
+        std::string Statuses;  // C converted, S skipped, one per outcome
+        bool Cancelled;
+        std::string Old, Ticked;
+    };
+    const std::vector<Row> table{
+        {"yes asks again", kOverwrite, "a", 4, "CCCC", false, "", ""},
+        {"yes to all asks once", kOverwriteAll, "a", 1, "CCCC", false, "", ""},
+        {"no keeps the document and the tick", kSkipFile, "b", 4, "CSCC", false, "b", "b"},
+        {"cancel leaves the run at once", kCancelRun, "c", 3, "CC", true, "cd", "cd"},
+        {"without an answer every document is kept", -1, "", 0, "SSSS", false, "abcd", "abcd"},
+    };
+    for (const Row& r : table) {
+        SCOPED_TRACE(r.Name);
+        TempDir dir;
+        std::vector<RunRow> rows;
+        for (const std::string name : {"a", "b", "c", "d"}) {
+            WriteFile(dir / (name + ".ses"), GoodSession());
+            WriteFile(dir / (name + ".sesx"), std::string("old"));
+            rows.push_back({dir.Path().string() + "/", name + ".ses", true});
+        }
+        int asked = 0;
+        RunCallbacks callbacks;
+        if (r.Answer >= 0)
+            callbacks.AskOverwrite = [&](const std::string&, const std::string& target) {
+                ++asked;
+                return target.ends_with("/" + r.At + ".sesx") ? r.Answer : kOverwrite;
+            };
+        const RunSummary summary = RunConversion(rows, {}, callbacks);
+        EXPECT_EQ(asked, r.Asked);
+        EXPECT_EQ(summary.CheckedCount, 4);
+        EXPECT_EQ(summary.ConvertedCount, static_cast<int>(std::count(r.Statuses.begin(), r.Statuses.end(), 'C')));
+        EXPECT_EQ(summary.Cancelled, r.Cancelled);
+        std::string statuses, old, ticked;
+        for (const FileOutcome& outcome : summary.Outcomes)
+            statuses += outcome.Status == FileStatus::Converted ? 'C' : outcome.Status == FileStatus::Skipped ? 'S' : '?';
+        for (std::size_t i = 0; i < rows.size(); ++i) {
+            const char name = static_cast<char>('a' + i);
+            if (ReadFile(dir / (std::string(1, name) + ".sesx")) == "old") old += name;
+            if (rows[i].Checked) ticked += name;
+        }
+        EXPECT_EQ(statuses, r.Statuses);
+        EXPECT_EQ(old, r.Old);
+        EXPECT_EQ(ticked, r.Ticked);
     }
-    bool IsOld(const char* name) { return ReadFile(dir / name) == "old"; }
-
-    TempDir dir;
-    std::vector<RunRow> rows;
-};
-
-TEST_F(RunFixture, AnswerZeroOverwritesAndAsksAgain) {
-    int asked = 0;
-    RunCallbacks callbacks;
-    callbacks.AskOverwrite = [&](const std::string&, const std::string&) { return ++asked, kOverwrite; };
-    const RunSummary summary = RunConversion(rows, {}, callbacks);
-    EXPECT_EQ(asked, 4);
-    EXPECT_EQ(summary.ConvertedCount, 4);
-    EXPECT_FALSE(IsOld("d.sesx"));
-    EXPECT_EQ(GetNumberChecked(rows), 0);
-}
-
-TEST_F(RunFixture, AnswerOneOverwritesTheRestWithoutAsking) {
-    int asked = 0;
-    RunCallbacks callbacks;
-    callbacks.AskOverwrite = [&](const std::string&, const std::string&) { return ++asked, kOverwriteAll; };
-    EXPECT_EQ(RunConversion(rows, {}, callbacks).ConvertedCount, 4);
-    EXPECT_EQ(asked, 1);
-    // The next run asks again.
-    for (auto& row : rows) row.Checked = true;
-    RunConversion(rows, {}, callbacks);
-    EXPECT_EQ(asked, 2);
-}
-
-TEST_F(RunFixture, AnswerTwoKeepsTheFileAndTheTick) {
-    RunCallbacks callbacks;
-    callbacks.AskOverwrite = [&](const std::string&, const std::string& target) {
-        return target.ends_with("b.sesx") ? kSkipFile : kOverwrite;
-    };
-    const RunSummary summary = RunConversion(rows, {}, callbacks);
-    EXPECT_EQ(summary.CheckedCount, 4);
-    EXPECT_EQ(summary.ConvertedCount, 3);
-    EXPECT_TRUE(IsOld("b.sesx"));
-    EXPECT_TRUE(rows[1].Checked);
-    EXPECT_FALSE(rows[2].Checked);
-    EXPECT_EQ(SummaryText(summary.ConvertedCount, summary.CheckedCount),
-              "There were 3 of 4 files successfully converted.");
-}
-
-TEST_F(RunFixture, AnswerThreeLeavesTheRunAtOnce) {
-    RunCallbacks callbacks;
-    callbacks.AskOverwrite = [&](const std::string&, const std::string& target) {
-        return target.ends_with("c.sesx") ? kCancelRun : kOverwrite;
-    };
-    const RunSummary summary = RunConversion(rows, {}, callbacks);
-    EXPECT_TRUE(summary.Cancelled);
-    EXPECT_EQ(summary.ConvertedCount, 2);
-    EXPECT_TRUE(IsOld("c.sesx"));
-    EXPECT_TRUE(IsOld("d.sesx"));
-    EXPECT_TRUE(rows[2].Checked);
-    EXPECT_TRUE(rows[3].Checked);
-}
-
-TEST_F(RunFixture, WithoutAnAnswerAnExistingDocumentIsKept) {
-    const RunSummary summary = RunConversion(rows, {});
-    EXPECT_EQ(summary.ConvertedCount, 0);
-    ASSERT_EQ(summary.Outcomes.size(), 4u);
-    EXPECT_EQ(summary.Outcomes[0].Status, FileStatus::Skipped);
-    EXPECT_TRUE(IsOld("a.sesx"));
 }
 
 TEST(ConversionRun, RefusedAndBrokenFilesAreCountedAndFailAlone) {

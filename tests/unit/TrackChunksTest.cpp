@@ -1,5 +1,5 @@
-// The track chunks: the record layouts of "trks" per version, and the
-// entries, sections, lanes, rack block and sends of "TRKS".
+// The track chunks: the record layouts of "trks" per version, the entries,
+// sections, lanes, rack block and sends of "TRKS", and "tkeq".
 #include <gtest/gtest.h>
 
 #include "TestSupport.h"
@@ -88,14 +88,9 @@ TEST(TrackChunks, LowerCaseRecordsLieInsideTheirChunk) {
     const Bytes one = TrksPayload(104, false, {record});
     Bytes payload = Bytes().Int32(2);  // the count claims a second record
     for (std::size_t i = 4; i < one.Size(); ++i) payload.Byte(one.Data()[i]);
-    const auto bytes = SesBuilder().Version("Audition 1.0").Chunk("trks", payload).Chunk("trks", one).Build();
-    Session session;
-    const ImportResult result = ReadSesBytes(bytes, session, {});
-    EXPECT_EQ(result.Status, ImportStatus::Failed);
-    EXPECT_EQ(result.ErrorChunk, "trks");
-    EXPECT_EQ(result.Message,
-              "the track record count 2 at offset 40 needs at least 208 bytes from offset 44, but the chunk has 104 "
-              "there");
+    ExpectFailure(SesBuilder().Version("Audition 1.0").Chunk("trks", payload).Chunk("trks", one).Build(), "trks", 40,
+                  "the track record count 2 at offset 40 needs at least 208 bytes from offset 44, but the chunk has 104 "
+                  "there");
 }
 
 // An entry with every part filled, and a plain one behind it that only
@@ -151,13 +146,6 @@ TEST(TrackChunks, AnUpperCaseEntryFillsEveryList) {
                        "5 slot 1 'Level' @4 1"}));
     EXPECT_EQ(Describe(session.TrackSends),
               (Strings{"5 [0: bus 20002 level 0.75 pan 25 pre 1] [1: bus 20003 level 0.5 pan 0 pre 0]", "6"}));
-}
-
-TEST(TrackChunks, TheMasterEntryGivesTheSessionItsMasterVolume) {
-    TrackEntry master = NamedEntry(10000, u"Master");
-    master.Volume = {{0, 0.625}, {10, 0.5}};
-    const Session session = ReadOk(UpperSession("Audition 3.0", 1, {TrackEntryBytes(master)}));
-    EXPECT_EQ(session.MasterVolume, 0.625);
 }
 
 TEST(TrackChunks, SendsPast16AreNotKept) {
@@ -241,14 +229,10 @@ TEST(TrackChunks, AnEntryThatReadsFarOutsideItselfFails) {
                            .Chunk("TRKS", UpperTrksPayload(true, 1, {TrackEntryBytes(wide)}))
                            .DeclaredLength(683)
                            .Build();
-    Session session;
-    const ImportResult result = ReadSesBytes(bytes, session, {});
-    EXPECT_EQ(result.Status, ImportStatus::Failed);
-    EXPECT_EQ(result.ErrorChunk, "TRKS");
-    EXPECT_EQ(result.ErrorOffset, 956);  // the volume count, 412 behind the section's name
-    EXPECT_EQ(result.Message,
-              "the track entry at offset 48 reads more than twice its own 634 bytes at offset 956: its lists run "
-              "outside it or over the same bytes again and again");
+    // At the volume count, 412 behind the section's name.
+    ExpectFailure(bytes, "TRKS", 956,
+                  "the track entry at offset 48 reads more than twice its own 634 bytes at offset 956: its lists run "
+                  "outside it or over the same bytes again and again");
 }
 
 // Hostile entries fail the file at the field that is wrong.
@@ -275,25 +259,51 @@ TEST(TrackChunks, HostileEntriesFailWithTheirOffset) {
         {UpperSession("Audition 3.0", 1, {TrackEntryBytes(longRecord)}), 78,
          "the track record at offset 78 has length 2147483632, which runs past the end of the file (" +
              std::to_string(48 + TrackEntryBytes(longRecord).Size()) + " bytes)"},
-        {AbsurdPointCountSession(), 0, "the automation point count 2147483647"},
-        {UpperSession("Audition 3.0", 1, {TrackEntryBytes(manyLanes)}), 0, "the automation lane count 100000000"},
+        {AbsurdPointCountSession(), 978,
+         "the automation point count 2147483647 at offset 978 needs at least 34359738352 bytes from offset 982, but "
+         "the file has 2356 there"},
+        {UpperSession("Audition 3.0", 1, {TrackEntryBytes(manyLanes)}), 1834,
+         "the automation lane count 100000000 at offset 1834 needs at least 800000000 bytes from offset 1838, but the "
+         "file has 1480 there"},
         {UpperSession("Audition 3.0", 1, {cut}), 78,
          "the track record at offset 78 has length " + std::to_string(entry.Size() - 34) +
              ", which runs past the end of the file (548 bytes)"},
     };
-    for (const Case& c : cases) {
+    for (const Case& c : cases) ExpectFailure(c.Bytes, "TRKS", c.Offset, c.Message);
+}
+
+// The track EQ chunk "tkeq"; how its records find their tracks is pinned by
+// the golden documents of the four versions that read it.
+TEST(TrackChunks, OnlyTheFourVersionsOfTheEqChunkReadIt) {
+    for (const char* version : {"Cool Edit Pro 2.00", "Cool Edit Pro 2.1", "Audition 1.0", "Audition 1.5",
+                                "Cool Edit Pro 1.2", "Cool Edit 2000 1.0", "Audition 2.0", "Audition 3.0"}) {
         Session session;
-        const ImportResult result = ReadSesBytes(c.Bytes, session, {});
-        EXPECT_EQ(result.Status, ImportStatus::Failed);
-        EXPECT_EQ(result.ErrorChunk, "TRKS");
-        if (c.Offset != 0) {
-            EXPECT_EQ(result.ErrorOffset, c.Offset);
-            EXPECT_EQ(result.Message, c.Message);
-        } else {
-            EXPECT_NE(result.Message.find(c.Message), std::string::npos) << result.Message;
-            EXPECT_GT(result.ErrorOffset, 90) << result.Message;
-        }
+        const TkeqRecord record{.TrackKey = 2, .LowFrequency = 100, .LowGain = 1, .HighFrequency = 9000, .HighGain = 2,
+                                .MidFrequency = 1500, .MidQ = 300, .MidGain = -4, .LowQ = 110, .HighQ = 120};
+        const auto bytes = SesBuilder().Version(version).Chunk("tkeq", TkeqPayload({record})).Build();
+        ASSERT_EQ(ReadSesBytes(bytes, session, {}).Status, ImportStatus::Converted) << version;
+        const bool reads = std::string_view(version).starts_with("Audition 1") ||
+                           std::string_view(version).starts_with("Cool Edit Pro 2");
+        // The middle Q stands in front of the middle gain.
+        EXPECT_EQ(Describe(session.TrackEqs),
+                  reads ? Strings{"2 low 100/1/110 mid 1500/-4/300 high 9000/2/120 on 1"} : Strings{})
+            << version;
     }
+}
+
+TEST(TrackChunks, EqCountsBeyondTheLoopCounterOrTheChunkFail) {
+    ExpectFailure(SesBuilder().Version("Audition 1.5").Chunk("tkeq", Bytes().Int32(32768)).Build(), "tkeq", 40,
+                  "the EQ record count 32768 at offset 40 is above 32767, the most this list can hold");
+
+    // The records of a chunk lie inside it: a count that reaches into the
+    // chunk behind would let every chunk read the rest of the file again.
+    ExpectFailure(SesBuilder()
+                      .Version("Audition 1.5")
+                      .Chunk("tkeq", Bytes().Int32(2).Zeros(88))
+                      .Chunk("tkeq", Bytes().Int32(0).Zeros(100))
+                      .Build(),
+                  "tkeq", 40,
+                  "the EQ record count 2 at offset 40 needs at least 176 bytes from offset 44, but the chunk has 88 there");
 }
 
 }  // namespace

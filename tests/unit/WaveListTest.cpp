@@ -180,31 +180,19 @@ TEST(WaveList, WithoutPathNamesOnlyTheFileNameIsWritten) {
                                  "</files>\n");
 }
 
-TEST(WaveList, TheLanguageOptionTakesNamesFromTheWideListInLaterVersions) {
+// With the language option the later versions read "WLST" instead of "LIST"
+// (WholeSessions.WithALanguageTheNamesComeFromTheWideList); the old ones read
+// both, and a kind other than "wav " is no kind at all.
+TEST(WaveList, TheLanguageOptionReadsBothListsInTheOldVersions) {
     ConvertOptions options;
     options.NonEnglish = true;
-    const Bytes list = WaveListBytes({{"wav ", 1, "C:\\narrow.wav"}}, WaveLayout::Padded);
-    const Bytes wide = WideWaveListBytes({{"wav ", 2, u"C:\\wide.wav"}, {"VDEO", 3, u"C:\\Loop take"}});
-    const std::string wideFiles = "<file absolutePath=\"C:\\wide.wav\" id=\"0\" relativePath=\"./wide.wav\"/>\n"
-                                  "<file absolutePath=\"C:\\Loop take\" id=\"1\" relativePath=\"./Loop take\"/>\n";
-    const std::string narrowFiles =
-        "<file absolutePath=\"C:\\narrow.wav\" id=\"0\" relativePath=\"./narrow.wav\"/>\n";
-
-    // Later versions skip "LIST" and read "WLST"; a kind other than "wav "
-    // is no kind at all, so it is neither video nor repaired.
-    SesBuilder later = Begin("Audition 3.0");
-    later.Chunk("LIST", list).Chunk("WLST", wide);
-    EXPECT_EQ(Files(later, options), "<files>\n" + wideFiles + "</files>\n");
-    // The old versions read both.
     SesBuilder old = Begin("Cool Edit Pro 2.00");
-    old.Chunk("LIST", list).Chunk("WLST", wide);
-    const std::string narrowThenWide =
-        "<files>\n<file absolutePath=\"C:\\narrow.wav\" id=\"0\" relativePath=\"./narrow.wav\"/>\n"
-        "<file absolutePath=\"C:\\wide.wav\" id=\"1\" relativePath=\"./wide.wav\"/>\n"
-        "<file absolutePath=\"C:\\Loop take\" id=\"2\" relativePath=\"./Loop take\"/>\n</files>\n";
-    EXPECT_EQ(Files(old, options), narrowThenWide);
-    // Without the option "WLST" is stepped over.
-    EXPECT_EQ(Files(later), "<files>\n" + narrowFiles + "</files>\n");
+    old.Chunk("LIST", WaveListBytes({{"wav ", 1, "C:\\narrow.wav"}}, WaveLayout::Padded))
+        .Chunk("WLST", WideWaveListBytes({{"wav ", 2, u"C:\\wide.wav"}, {"VDEO", 3, u"C:\\Loop take"}}));
+    EXPECT_EQ(Files(old, options),
+              "<files>\n<file absolutePath=\"C:\\narrow.wav\" id=\"0\" relativePath=\"./narrow.wav\"/>\n"
+              "<file absolutePath=\"C:\\wide.wav\" id=\"1\" relativePath=\"./wide.wav\"/>\n"
+              "<file absolutePath=\"C:\\Loop take\" id=\"2\" relativePath=\"./Loop take\"/>\n</files>\n");
     // An empty wide list steps 28 bytes.
     SesBuilder empty = Begin("Audition 1.5");
     empty.ChunkWithLength("WLST", 0, Bytes().Zeros(28)).Chunk("stat", StatBytes(1, 2));
@@ -238,13 +226,9 @@ TEST(WaveList, NameBuffersThatReadTheFileAgainAndAgainFailIt) {
     payload.PadTo(1100);
     const auto bytes = SesBuilder().Version("Cool Edit 2000 1.0", 32).Chunk("LIST", payload).Build();
     ASSERT_EQ(bytes.size(), 1160u);
-    const ImportResult result = Convert(bytes);
-    EXPECT_EQ(result.Status, ImportStatus::Failed);
-    EXPECT_EQ(result.ErrorChunk, "LIST");
-    EXPECT_EQ(result.ErrorOffset, 119);
-    EXPECT_EQ(result.Message,
-              "the wave list names reach offset 119 again and again: they describe more than the file's 1160 "
-              "bytes can hold");
+    ExpectFailure(bytes, "LIST", 119,
+                  "the wave list names reach offset 119 again and again: they describe more than the file's 1160 "
+                  "bytes can hold");
 }
 
 TEST(WaveList, EntriesTooSmallForTheirNameFailTheFile) {
@@ -256,23 +240,25 @@ TEST(WaveList, EntriesTooSmallForTheirNameFailTheFile) {
         std::string version, tag;
         Bytes payload;
         std::int64_t offset;
+        std::string message;
     };
     const std::vector<Case> cases{
-        {"Audition 3.0", "LIST", Bytes().Int32(40).Text("wav ").Int32(12).Int32(1).Zeros(40), kPayload + 8},
-        {"Cool Edit 2000 1.0", "LIST", Bytes().Int32(40).Text("wav ").Int32(4).Int32(1).Zeros(40), kPayload + 8},
-        {"Audition 3.0", "WLST", Bytes().Text("wav ").Int32(-100).Int32(1).Zeros(20), kPayload + 4},
+        {"Audition 3.0", "LIST", Bytes().Int32(40).Text("wav ").Int32(12).Int32(1).Zeros(40), kPayload + 8,
+         "the wave list entry at offset 472 declares a size of 12, too small for its name"},
+        {"Cool Edit 2000 1.0", "LIST", Bytes().Int32(40).Text("wav ").Int32(4).Int32(1).Zeros(40), kPayload + 8,
+         "the wave list entry at offset 472 declares a size of 4, too small for its name"},
+        {"Audition 3.0", "WLST", Bytes().Text("wav ").Int32(-100).Int32(1).Zeros(20), kPayload + 4,
+         "the 16-bit wave list entry at offset 468 declares a size of -100, too small for its name"},
         // A list that claims far more than the file holds ends at the file's end.
         {"Audition 3.0", "LIST", Bytes().Int32(1 << 30).Text("wav ").Int32(17).Int32(1).Zeros(4).ZeroText("a"),
-         kPayload + 4 + 22},
-        {"Audition 3.0", "WLST", Bytes().Text("wav ").Int32(1000).Int32(1).Zeros(20), kPayload + 24},
+         kPayload + 4 + 22, "a 32-bit integer of 4 bytes at offset 494 lies outside the file of 490 bytes"},
+        {"Audition 3.0", "WLST", Bytes().Text("wav ").Int32(1000).Int32(1).Zeros(20), kPayload + 24,
+         "a field of 984 bytes at offset 492 runs past the end of the file (8 bytes left)"},
     };
     for (const Case& c : cases) {
         SesBuilder b = Begin(c.version);
         b.Chunk(c.tag, c.payload);
-        const ImportResult result = Convert(b.Build(), c.tag == "WLST" ? wide : ConvertOptions{});
-        EXPECT_EQ(result.Status, ImportStatus::Failed) << c.tag;
-        EXPECT_EQ(result.ErrorChunk, c.tag);
-        EXPECT_EQ(result.ErrorOffset, c.offset) << c.version << " " << c.tag << ": " << result.Message;
+        ExpectFailure(b.Build(), c.tag, c.offset, c.message, c.tag == "WLST" ? wide : ConvertOptions{});
     }
 }
 
