@@ -212,13 +212,17 @@ int RunConvert(const ConvertCommand& command, std::ostream& out, std::ostream& e
     bar.Clear();
 
     bool anyBad = missing || summary.Cancelled;
-    for (const FileOutcome& o : summary.Outcomes)
+    int written = 0;
+    for (const FileOutcome& o : summary.Outcomes) {
         anyBad = anyBad || (o.Status != FileStatus::Converted && o.Status != FileStatus::Skipped);
+        written += o.Status == FileStatus::Converted;
+    }
 
     const std::string text = SummaryText(summary.ConvertedCount, summary.CheckedCount);
     if (command.Json) {
-        out << "{\"checked\":" << summary.CheckedCount << ",\"converted\":" << summary.ConvertedCount
-            << ",\"cancelled\":" << (summary.Cancelled ? "true" : "false") << ",\"summary\":" << JsonString(text)
+        out << "{\"checked\":" << summary.CheckedCount << ",\"processed\":" << summary.ConvertedCount
+            << ",\"written\":" << written << ",\"cancelled\":" << (summary.Cancelled ? "true" : "false")
+            << ",\"summary\":" << JsonString(text)
             << ",\"files\":[";
         for (std::size_t i = 0; i < summary.Outcomes.size(); ++i) {
             const FileOutcome& o = summary.Outcomes[i];

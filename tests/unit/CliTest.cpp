@@ -54,6 +54,11 @@ TEST(Cli, ARefusedOrBrokenFileMakesTheExitCodeOne) {
               std::string::npos)
         << run.Out;
     EXPECT_NE(run.Out.find("There were 2 of 2 files successfully converted.\n"), std::string::npos);
+    // The summary counts the refused file as the window does; the JSON also
+    // says how many documents were written.
+    const CliRun json = RunCli("convert --overwrite=all --json " + Quote(dir / "a.ses") + " " + Quote(dir / "old.ses"));
+    EXPECT_EQ(json.Exit, 1) << json.Out;
+    EXPECT_TRUE(json.Out.starts_with("{\"checked\":2,\"processed\":2,\"written\":1,\"cancelled\":false,")) << json.Out;
 }
 
 TEST(Cli, ExistingDocumentsAreSkippedWithoutATerminalUnlessAllIsGiven) {
@@ -66,7 +71,7 @@ TEST(Cli, ExistingDocumentsAreSkippedWithoutATerminalUnlessAllIsGiven) {
     run = RunCli("convert --overwrite=all --json " + Quote(dir / "a.ses"));
     EXPECT_EQ(run.Exit, 0) << run.Out;
     EXPECT_NE(ReadFile(dir / "a.sesx"), "old");
-    EXPECT_TRUE(run.Out.starts_with("{\"checked\":1,\"converted\":1,\"cancelled\":false,")) << run.Out;
+    EXPECT_TRUE(run.Out.starts_with("{\"checked\":1,\"processed\":1,\"written\":1,\"cancelled\":false,")) << run.Out;
 }
 
 TEST(Cli, UsageErrorsExitTwo) {
