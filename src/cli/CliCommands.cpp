@@ -222,8 +222,7 @@ int RunConvert(const ConvertCommand& command, std::ostream& out, std::ostream& e
     if (command.Json) {
         out << "{\"checked\":" << summary.CheckedCount << ",\"processed\":" << summary.ConvertedCount
             << ",\"written\":" << written << ",\"cancelled\":" << (summary.Cancelled ? "true" : "false")
-            << ",\"summary\":" << JsonString(text)
-            << ",\"files\":[";
+            << ",\"summary\":" << JsonString(text) << ",\"files\":[";
         for (std::size_t i = 0; i < summary.Outcomes.size(); ++i) {
             const FileOutcome& o = summary.Outcomes[i];
             out << (i ? "," : "") << "{\"source\":" << JsonString(o.SourcePath)
