@@ -6,7 +6,7 @@
 #include <fstream>
 
 #include "ExampleSessions.h"
-#include "reader/ImportSes.h"
+#include "run/ConvertFile.h"
 
 namespace {
 
@@ -29,7 +29,7 @@ void ProbeFile(benchmark::State& state) {
         out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
     }
     for (auto _ : state) {
-        auto result = morvanta::ImportSesFile(path, {}, true, {});
+        auto result = morvanta::ProbeSesFile(path);
         benchmark::DoNotOptimize(result.Version);
     }
     std::filesystem::remove(path);

@@ -4,7 +4,7 @@
 #include <benchmark/benchmark.h>
 
 #include "HostileSessions.h"
-#include "reader/ImportSes.h"
+#include "run/ConvertFile.h"
 
 namespace {
 

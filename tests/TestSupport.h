@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "reader/ImportSes.h"
+#include "run/ConvertFile.h"
 
 namespace morvanta::testing {
 

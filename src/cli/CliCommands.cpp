@@ -14,18 +14,14 @@
 #include "run/ConversionRun.h"
 #include "run/Discovery.h"
 #include "services/Recoding.h"
+#include "services/TextHelpers.h"
 
 namespace morvanta::cli {
 namespace fs = std::filesystem;
 
 std::string JsonString(const std::string& text) {
     std::string out = "\"";
-    static constexpr char kHex[] = "0123456789abcdef";
-    auto escapeCode = [&](unsigned code) {
-        out += "\\u00";
-        out += kHex[code >> 4];
-        out += kHex[code & 15];
-    };
+    auto escapeCode = [&](unsigned char code) { out += "\\u00" + HexByte(code); };
     for (std::size_t i = 0; i < text.size();) {
         const auto c = static_cast<unsigned char>(text[i]);
         if (c == '"' || c == '\\') {

@@ -6,6 +6,7 @@
 #include <map>
 
 #include "cli/CliCommands.h"
+#include "services/ProgramVersion.h"
 
 using namespace morvanta::cli;
 
@@ -13,7 +14,7 @@ int main(int argc, char** argv) {
     CLI::App app{"Morvanta converts Cool Edit and Adobe Audition 1.0-3.0 multitrack sessions (.ses)\n"
                  "to Adobe Audition XML sessions (.sesx).",
                  "morvanta"};
-    app.set_version_flag("--version", "morvanta 1.5.00");
+    app.set_version_flag("--version", "morvanta " + morvanta::VersionText());
     app.require_subcommand(1);
 
     ConvertCommand convert;

@@ -1,6 +1,6 @@
 #include "reader/Assembly.h"
 
-#include "writer/NumberText.h"
+#include "services/NumberText.h"
 
 namespace morvanta {
 

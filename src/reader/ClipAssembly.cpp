@@ -8,7 +8,7 @@
 
 #include "model/VersionClasses.h"
 #include "reader/Assembly.h"
-#include "writer/NumberText.h"
+#include "services/NumberText.h"
 
 namespace morvanta {
 namespace {

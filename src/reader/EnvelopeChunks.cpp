@@ -3,7 +3,7 @@
 // only while EnvelopePoints is still empty.
 #include "reader/ChunkReaders.h"
 #include "reader/ReadLimits.h"
-#include "writer/NumberText.h"
+#include "services/NumberText.h"
 
 namespace morvanta {
 namespace {

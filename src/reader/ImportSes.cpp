@@ -1,20 +1,14 @@
 // The container walk, the dispatcher and the version gate
-// (docs/format/container.md), and the conversion of one whole file.
+// (docs/format/container.md).
 #include "reader/ImportSes.h"
 
 #include <array>
-#include <cerrno>
 #include <cstring>
-#include <fstream>
-#include <new>
-#include <optional>
 
 #include "model/VersionClasses.h"
-#include "reader/Assembly.h"
 #include "reader/ChunkReaders.h"
 #include "reader/ReadError.h"
-#include "services/AtomicFile.h"
-#include "writer/ExportSesx.h"
+#include "services/TextHelpers.h"
 
 namespace morvanta {
 namespace {
@@ -91,14 +85,8 @@ std::string Quoted(const std::string& tag) {
     std::string text = "\"";
     for (char c : tag) {
         const auto u = static_cast<unsigned char>(c);
-        if (u >= 32 && u < 127) {
-            text += c;
-        } else {
-            static constexpr char kHex[] = "0123456789ABCDEF";
-            text += "\\x";
-            text += kHex[u >> 4];
-            text += kHex[u & 15];
-        }
+        if (u >= 32 && u < 127) text += c;
+        else text += "\\x" + HexByte(u);
     }
     return text + "\"";
 }
@@ -193,203 +181,6 @@ ImportResult ReadSesBytes(std::span<const std::uint8_t> bytes, Session& session,
     result.VersionRead = session.VersionRead;
     result.Version = session.SesVersion;
     return result;
-}
-
-ImportResult ConvertSesBytes(std::span<const std::uint8_t> bytes, const ConvertOptions& options,
-                             const std::string& SourcePath, const std::string& OutputPath) {
-    Session session;
-    ImportResult result = ReadSesBytes(bytes, session, options);
-    if (result.Status != ImportStatus::Converted) return result;
-    try {
-        session.SourcePath = SourcePath;
-        AssembleSession(session, options, result.Warnings);
-        result.Document = ExportSesxFile(session, options, OutputPath, result.Warnings);
-    } catch (const ReadError& error) {
-        Fail(result, error);
-    } catch (const DocumentTooLarge& error) {
-        result.Status = ImportStatus::Failed;
-        result.Message = error.what();
-    }
-    return result;
-}
-
-namespace {
-
-// Whether the walk of a probe steps over a chunk of this tag by its
-// PayloadLength, whatever the chunk holds: "hdr " stores nothing in a probe,
-// and a tag without a reader of its own is skipped. Any other reader may move
-// on by a length of its own ("LIST", "TRKS", an empty "WLST").
-bool ProbeStepsOver(const std::string& tag) {
-    if (tag == "hdr ") return true;
-    for (const Route& route : kRoutes)
-        if (route.Tag == tag && route.Read != SkipChunk) return false;
-    return true;
-}
-
-// The probe reads chunk headers only, by seeking, so a scan of a large archive
-// never loads whole files. It stops at "vers". Nothing is returned when a
-// chunk ahead of "vers" needs its reader: then the whole file is walked.
-std::optional<ImportResult> ProbeSesFile(std::ifstream& in) {
-    ImportResult result;
-    std::array<char, 12> head{};
-    in.read(head.data(), head.size());
-    const auto got = in.gcount();
-    if (got < static_cast<std::streamsize>(kSesMagic.size()) ||
-        std::memcmp(head.data(), kSesMagic.data(), kSesMagic.size()) != 0) {
-        result.Result = -1;
-        result.Status = ImportStatus::NotSession;
-        result.Message = "not a session file: it does not start with \"COOLNESS\"";
-        return result;
-    }
-    auto int32At = [](const char* p) {
-        std::uint32_t u = 0;
-        for (int i = 3; i >= 0; --i) u = (u << 8) | static_cast<unsigned char>(p[i]);
-        return static_cast<std::int32_t>(u);
-    };
-    if (got < 12) {
-        result.Status = ImportStatus::Failed;
-        result.ErrorOffset = 8;
-        result.Message = "a 32-bit integer of 4 bytes at offset 8 runs past the end of the file (" +
-                         std::to_string(got - 8) + " bytes left)";
-        return result;
-    }
-    const std::int32_t declaredLength = int32At(head.data() + 8);
-    std::int64_t position = kFirstChunkOffset;
-    while (position + 1 < declaredLength) {
-        std::array<char, 8> header{};
-        in.seekg(position);
-        in.read(header.data(), header.size());
-        if (in.gcount() < 8) {
-            result.Status = ImportStatus::Failed;
-            result.ErrorOffset = position;
-            result.Message = "the chunk header of 8 bytes at offset " + std::to_string(position) +
-                             " runs past the end of the file";
-            return result;
-        }
-        const std::string tag(header.data(), 4);
-        const std::int32_t length = int32At(header.data() + 4);
-        if (tag != "vers" && !ProbeStepsOver(tag)) return std::nullopt;
-        if (tag == "vers") {
-            if (length < 0 || length > (1 << 20)) {
-                result.Status = ImportStatus::Failed;
-                result.ErrorOffset = position;
-                result.ErrorChunk = tag;
-                result.Message = "the version chunk at offset " + std::to_string(position) +
-                                 " declares an absurd length of " + std::to_string(length);
-                return result;
-            }
-            std::string payload(static_cast<std::size_t>(length), '\0');
-            in.read(payload.data(), length);
-            if (in.gcount() < length) {
-                result.Status = ImportStatus::Failed;
-                result.ErrorOffset = position + 8;
-                result.ErrorChunk = tag;
-                result.Message = "the version text of " + std::to_string(length) + " bytes at offset " +
-                                 std::to_string(position + 8) + " runs past the end of the file";
-                return result;
-            }
-            for (char c : payload)
-                if (c != '\0') result.Version += c;
-            result.VersionRead = true;
-            result.Status = ImportStatus::Probed;
-            return result;
-        }
-        const std::int64_t next = position + 8 + length;
-        if (next <= position) {
-            result.Status = ImportStatus::Failed;
-            result.ErrorOffset = position;
-            result.ErrorChunk = tag;
-            result.Message = "chunk at offset " + std::to_string(position) + " has length " +
-                             std::to_string(length) + ", which does not move the walk forward";
-            return result;
-        }
-        position = next;
-    }
-    result.Status = ImportStatus::Probed;  // no "vers": the version stays unknown
-    return result;
-}
-
-}  // namespace
-
-namespace {
-
-ImportResult ImportOneFile(const std::filesystem::path& SesPath, const std::filesystem::path& OutputPath,
-                           bool VersionOnly, const ConvertOptions& options) {
-    std::ifstream in(SesPath, std::ios::binary);
-    if (!in) {
-        ImportResult result;
-        result.Status = ImportStatus::Failed;
-        result.Message = std::string("cannot open the file: ") + std::strerror(errno);
-        return result;
-    }
-    if (VersionOnly) {
-        if (std::optional<ImportResult> probe = ProbeSesFile(in)) return *probe;
-        in.clear();
-        in.seekg(0);
-    }
-
-    std::error_code ec;
-    const auto size = std::filesystem::file_size(SesPath, ec);
-    // Positions in a session file are 32-bit, so no session is longer than
-    // this. A larger file is refused before it is read into memory.
-    constexpr std::uintmax_t kLongestSessionFile = 2147483647;
-    if (!ec && size > kLongestSessionFile) {
-        ImportResult result;
-        result.Status = ImportStatus::Failed;
-        result.Message = "the file has " + std::to_string(size) + " bytes, more than the " +
-                         std::to_string(kLongestSessionFile) + " of the longest session file";
-        return result;
-    }
-    std::vector<std::uint8_t> bytes;
-    if (!ec) {
-        bytes.resize(static_cast<std::size_t>(size));
-        in.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-        bytes.resize(static_cast<std::size_t>(in.gcount()));
-    }
-    if (ec || in.bad()) {
-        ImportResult result;
-        result.Status = ImportStatus::Failed;
-        result.Message = "cannot read the file" + (ec ? ": " + ec.message() : std::string());
-        return result;
-    }
-    in.close();
-
-    if (VersionOnly) {
-        Session session;
-        return ReadSesBytes(bytes, session, options, true);
-    }
-    ImportResult result = ConvertSesBytes(bytes, options, SesPath.string(), OutputPath.string());
-    if (result.Status != ImportStatus::Converted) return result;
-    try {
-        WriteFileAtomically(OutputPath, result.Document);
-    } catch (const std::exception& error) {
-        result.Status = ImportStatus::Failed;
-        result.Message = error.what();
-    }
-    return result;
-}
-
-}  // namespace
-
-ImportResult ImportSesFile(const std::filesystem::path& SesPath,
-                           const std::filesystem::path& OutputPath, bool VersionOnly,
-                           const ConvertOptions& options) {
-    // The readers fail a bad file with its offset. Anything else that goes
-    // wrong on the way, such as memory running out for a very large file,
-    // still fails this file alone, so that a batch goes on.
-    try {
-        return ImportOneFile(SesPath, OutputPath, VersionOnly, options);
-    } catch (const std::bad_alloc&) {
-        ImportResult result;
-        result.Status = ImportStatus::Failed;
-        result.Message = "there is not enough memory to convert the file";
-        return result;
-    } catch (const std::exception& error) {
-        ImportResult result;
-        result.Status = ImportStatus::Failed;
-        result.Message = std::string("the file could not be converted: ") + error.what();
-        return result;
-    }
 }
 
 std::string DescribeFailure(const std::string& path, const ImportResult& result) {

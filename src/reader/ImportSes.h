@@ -1,9 +1,9 @@
 // The entry to the reader: the container walk, the dispatch of each chunk to
-// its reader, the version gate, and the whole conversion of one file.
+// its reader and the version gate. run/ConvertFile.h takes a file through
+// the whole conversion.
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <span>
 #include <string>
 #include <vector>
@@ -60,26 +60,16 @@ struct ImportResult {
     std::int64_t ErrorOffset = -1;
     std::string ErrorChunk;
     std::vector<Diagnostic> Warnings;
-    std::string Document;  // the document text (ConvertSesBytes)
+    std::string Document;  // the finished document
 };
 
 // Walks the chunks of a file held in memory and fills `session` (reset first).
 // No assembly, no writer. Faults are reported in the result, never thrown.
+// With VersionOnly the walk is the probe: it ends at the version chunk, and
+// the result is Probed (with or without a version), NotSession or Failed.
 ImportResult ReadSesBytes(std::span<const std::uint8_t> bytes, Session& session,
                           const ConvertOptions& options, bool VersionOnly = false,
                           std::vector<ChunkHeader>* visited = nullptr);
-
-// Reads, assembles and writes one session held in memory. `SourcePath` goes
-// into the closing comment, `OutputPath` names the document.
-ImportResult ConvertSesBytes(std::span<const std::uint8_t> bytes, const ConvertOptions& options,
-                             const std::string& SourcePath, const std::string& OutputPath);
-
-// The whole job for one file: read it, and write the document to OutputPath
-// atomically (nothing is left half-written). With VersionOnly only the
-// version text is fetched: the walk stops at "vers" and nothing is written.
-ImportResult ImportSesFile(const std::filesystem::path& SesPath,
-                           const std::filesystem::path& OutputPath, bool VersionOnly,
-                           const ConvertOptions& options);
 
 // "<file>: offset N (chunk "TAG"): message" for a failed result.
 std::string DescribeFailure(const std::string& path, const ImportResult& result);

@@ -5,7 +5,7 @@
 
 #include "model/VersionClasses.h"
 #include "reader/Assembly.h"
-#include "writer/TextHelpers.h"
+#include "services/TextHelpers.h"
 
 namespace morvanta {
 namespace {

@@ -4,7 +4,7 @@
 #include "reader/ChunkReaders.h"
 #include "reader/ReadError.h"
 #include "reader/ReadLimits.h"
-#include "writer/NumberText.h"
+#include "services/NumberText.h"
 
 namespace morvanta {
 namespace {

@@ -5,7 +5,7 @@
 
 #include "reader/Assembly.h"
 #include "reader/TrackVersions.h"
-#include "writer/TextHelpers.h"
+#include "services/TextHelpers.h"
 
 namespace morvanta {
 namespace {

@@ -12,8 +12,8 @@
 #include "reader/TrackVersions.h"
 #include "reader/WideText.h"
 #include "services/Conversions.h"
-#include "writer/NumberText.h"
-#include "writer/TextHelpers.h"
+#include "services/NumberText.h"
+#include "services/TextHelpers.h"
 
 namespace morvanta {
 namespace {
@@ -142,7 +142,7 @@ double PercentToFraction(double percent) {
 class UpperTrackChunk {
 public:
     explicit UpperTrackChunk(ReadContext& ctx)
-        : file_(ctx.file), session_(ctx.session), charset_(ctx.options.Charset) {}
+        : file_(ctx.file), session_(ctx.session), encoder_(ctx.options.Charset) {}
 
     // Reads `count` entries from `position`; returns where the last ended.
     std::int64_t ReadEntries(std::int64_t countPosition, std::int32_t count, std::int64_t position) {
@@ -223,12 +223,11 @@ private:
     std::string Utf16Text(std::int64_t position) {
         const std::int64_t units = TextUnits(position);
         Spend(2 * units, position);
-        WideTextEncoder encoder(charset_);
         std::string text;
         for (std::int64_t i = 0; i < units; ++i) {
             const std::int64_t at = position + 4 + 2 * i;
             const auto unit = static_cast<std::uint16_t>(file_.Byte(at) | (file_.Byte(at + 1) << 8));
-            if (unit != 0) encoder.Append(unit, text);
+            if (unit != 0) encoder_.Append(unit, text);
         }
         return text;
     }
@@ -505,7 +504,7 @@ private:
 
     const ByteReader& file_;
     Session& session_;
-    const std::string& charset_;  // the 8-bit texts' charset, empty when none is named
+    WideTextEncoder encoder_;     // into the 8-bit texts' charset, when one is named
     std::int64_t entry_ = 0;      // the entry being read
     std::int64_t entrySize_ = 0;  // its size, up to where the next entry starts
     std::int64_t work_ = 0;       // what it may still read

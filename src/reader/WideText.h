@@ -2,10 +2,11 @@
 // the conversion works with (docs/format/tracks.md, "Texts").
 #pragma once
 
-#include <iconv.h>
-
 #include <cstdint>
+#include <optional>
 #include <string>
+
+#include "services/Recoding.h"
 
 namespace morvanta {
 
@@ -14,18 +15,15 @@ namespace morvanta {
 // character back. Without a charset that iconv knows, a code below 256
 // stands for itself and any other becomes "?", as a code-page conversion
 // writes a character it cannot show. Plain ASCII always stays as it is.
+// One encoder serves a whole chunk.
 class WideTextEncoder {
 public:
     explicit WideTextEncoder(const std::string& charset);
-    ~WideTextEncoder();
-    WideTextEncoder(const WideTextEncoder&) = delete;
-    WideTextEncoder& operator=(const WideTextEncoder&) = delete;
 
     void Append(std::uint16_t unit, std::string& text);
 
 private:
-    bool Usable() const;
-    iconv_t cd_;
+    std::optional<TextConverter> converter_;
 };
 
 }  // namespace morvanta

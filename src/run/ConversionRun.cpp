@@ -1,9 +1,8 @@
 #include "run/ConversionRun.h"
 
 #include <filesystem>
-#include <stdexcept>
 
-#include "services/Recoding.h"
+#include "run/ConvertFile.h"
 
 namespace morvanta {
 namespace {
@@ -137,18 +136,6 @@ RunSummary RunConversion(std::vector<RunRow>& rows, const RunSettings& settings,
         outcome.Warnings = std::move(result.Warnings);
         if (outcome.Status == FileStatus::Failed) outcome.Message = DescribeFailure(outcome.SourcePath, result);
         else if (outcome.Status != FileStatus::Converted) outcome.Message = result.Message;
-        // Only a document written now is recoded: a refused or failed file
-        // has none, and an older document of the same name is left alone.
-        if (outcome.Status == FileStatus::Converted && !settings.Convert.Charset.empty()) {
-            try {
-                RecodeToUtf8(outcome.TargetPath, settings.Convert.Charset);
-            } catch (const std::exception& error) {
-                outcome.Status = FileStatus::Failed;
-                outcome.Message = outcome.TargetPath + ": the document could not be recoded from " +
-                                  settings.Convert.Charset + ": " + error.what();
-            }
-        }
-
         row.Checked = false;
         ++summary.ConvertedCount;
         if (callbacks.FileDone) callbacks.FileDone(outcome);

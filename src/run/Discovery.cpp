@@ -7,9 +7,9 @@
 #include <cmath>
 #include <filesystem>
 
-#include "reader/ImportSes.h"
-#include "writer/NumberText.h"
-#include "writer/TextHelpers.h"
+#include "run/ConvertFile.h"
+#include "services/NumberText.h"
+#include "services/TextHelpers.h"
 
 namespace morvanta {
 namespace fs = std::filesystem;
@@ -81,7 +81,7 @@ void ScanOne(const fs::path& folder, const ScanOptions& options, ScanResult& res
         if (!name.ends_with(".ses") || !entry.is_regular_file(typeError)) continue;
 
         const std::string path = folderText + name;
-        const ImportResult probe = ImportSesFile(path, {}, true, {});
+        const ImportResult probe = ProbeSesFile(path);
         FoundSession found;
         found.Folder = folderText;
         found.File = name;

@@ -1,16 +1,13 @@
-// Recoding of finished documents over iconv (part of the C library).
+// Recoding over iconv (part of the C library).
 #include "services/Recoding.h"
 
 #include <iconv.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
-#include <fstream>
-#include <sstream>
 #include <stdexcept>
-
-#include "services/AtomicFile.h"
 
 namespace morvanta {
 namespace {
@@ -26,62 +23,11 @@ std::string Upper(std::string_view text) {
     return out;
 }
 
-// One conversion descriptor, closed on every path.
-class Converter {
-public:
-    Converter(std::string_view to, std::string_view from)
-        : cd_(::iconv_open(IconvCharsetName(to).c_str(), IconvCharsetName(from).c_str())) {}
-    ~Converter() {
-        if (Valid()) ::iconv_close(cd_);
-    }
-    Converter(const Converter&) = delete;
-    Converter& operator=(const Converter&) = delete;
+iconv_t Descriptor(void* handle) { return static_cast<iconv_t>(handle); }
 
-    bool Valid() const { return cd_ != reinterpret_cast<iconv_t>(-1); }
+const iconv_t kNoDescriptor = reinterpret_cast<iconv_t>(static_cast<std::intptr_t>(-1));
 
-    // Converts all of `in`. An input sequence that cannot be converted is
-    // stepped over (one byte, or one whole UTF-8 character when the input is
-    // UTF-8) and `bad` is put out in its place.
-    std::string Run(std::string_view in, std::string_view bad, bool inputIsUtf8) {
-        std::string out;
-        auto* source = const_cast<char*>(in.data());
-        std::size_t sourceLeft = in.size();
-        while (sourceLeft > 0) {
-            const int error = Drain(&source, &sourceLeft, out);
-            if (error == 0) break;
-            // EINVAL: an incomplete sequence at the very end.
-            if (error != EILSEQ && error != EINVAL) throw std::runtime_error(std::strerror(error));
-            out += bad;
-            const std::size_t step = inputIsUtf8 ? Utf8Length(static_cast<unsigned char>(*source)) : 1;
-            source += std::min(step, sourceLeft);
-            sourceLeft -= std::min(step, sourceLeft);
-        }
-        // A null source flushes the state of a stateful decoder (CP1258
-        // holds back a base letter for a combining mark).
-        if (const int error = Drain(nullptr, nullptr, out); error != 0) throw std::runtime_error(std::strerror(error));
-        return out;
-    }
-
-private:
-    static std::size_t Utf8Length(unsigned char lead) {
-        return lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
-    }
-
-    // Converts as much as iconv can take; 0 or the errno that stopped it.
-    int Drain(char** source, std::size_t* sourceLeft, std::string& out) {
-        for (;;) {
-            char buffer[4096];
-            char* target = buffer;
-            std::size_t targetLeft = sizeof buffer;
-            const std::size_t done = ::iconv(cd_, source, sourceLeft, &target, &targetLeft);
-            const int error = done == static_cast<std::size_t>(-1) ? errno : 0;
-            out.append(buffer, static_cast<std::size_t>(target - buffer));
-            if (error != E2BIG) return error;
-        }
-    }
-
-    iconv_t cd_;
-};
+std::size_t Utf8Length(unsigned char lead) { return lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1; }
 
 }  // namespace
 
@@ -100,9 +46,68 @@ std::string IconvCharsetName(std::string_view charset) {
     return std::string(charset);
 }
 
+TextConverter::TextConverter(std::string_view to, std::string_view from)
+    : handle_(::iconv_open(IconvCharsetName(to).c_str(), IconvCharsetName(from).c_str())) {}
+
+TextConverter::~TextConverter() {
+    if (Valid()) ::iconv_close(Descriptor(handle_));
+}
+
+bool TextConverter::Valid() const { return Descriptor(handle_) != kNoDescriptor; }
+
+std::string TextConverter::Convert(std::string_view in, std::string_view bad, bool inputIsUtf8) {
+    std::string out;
+    out.reserve(in.size() + in.size() / 8);
+    auto* source = const_cast<char*>(in.data());
+    std::size_t sourceLeft = in.size();
+    while (sourceLeft > 0) {
+        const int error = Drain(&source, &sourceLeft, out);
+        if (error == 0) break;
+        // EINVAL: an incomplete sequence at the very end.
+        if (error != EILSEQ && error != EINVAL) throw std::runtime_error(std::strerror(error));
+        out += bad;
+        const std::size_t step =
+            std::min(inputIsUtf8 ? Utf8Length(static_cast<unsigned char>(*source)) : 1, sourceLeft);
+        source += step;
+        sourceLeft -= step;
+    }
+    // A null source flushes the state of a stateful decoder (CP1258 holds
+    // back a base letter for a combining mark) and makes it ready for the next text.
+    if (const int error = Drain(nullptr, nullptr, out); error != 0) throw std::runtime_error(std::strerror(error));
+    return out;
+}
+
+bool TextConverter::AppendCharacter(std::string_view in, std::string& out) {
+    char buffer[16];
+    auto* source = const_cast<char*>(in.data());
+    std::size_t sourceLeft = in.size();
+    char* target = buffer;
+    std::size_t targetLeft = sizeof buffer;
+    const iconv_t cd = Descriptor(handle_);
+    if (::iconv(cd, &source, &sourceLeft, &target, &targetLeft) == static_cast<std::size_t>(-1)) {
+        ::iconv(cd, nullptr, nullptr, nullptr, nullptr);  // back to the initial state
+        return false;
+    }
+    out.append(buffer, static_cast<std::size_t>(target - buffer));
+    return true;
+}
+
+// Converts as much as iconv can take; 0 or the errno that stopped it.
+int TextConverter::Drain(char** source, std::size_t* sourceLeft, std::string& out) {
+    for (;;) {
+        char buffer[4096];
+        char* target = buffer;
+        std::size_t targetLeft = sizeof buffer;
+        const std::size_t done = ::iconv(Descriptor(handle_), source, sourceLeft, &target, &targetLeft);
+        const int error = done == static_cast<std::size_t>(-1) ? errno : 0;
+        out.append(buffer, static_cast<std::size_t>(target - buffer));
+        if (error != E2BIG) return error;
+    }
+}
+
 bool IsKnownCharset(std::string_view charset) {
     if (charset.empty()) return false;
-    return Converter(kUtf8, charset).Valid();
+    return TextConverter(kUtf8, charset).Valid();
 }
 
 std::optional<std::string> CharsetForLanguage(std::string_view name) {
@@ -113,33 +118,27 @@ std::optional<std::string> CharsetForLanguage(std::string_view name) {
     return std::nullopt;
 }
 
-std::string ReadConvertedFile(const std::filesystem::path& Sourcefile, std::string_view CharSet) {
-    std::ifstream in(Sourcefile, std::ios::binary);
-    if (!in) throw std::runtime_error("cannot open " + Sourcefile.string() + ": " + std::strerror(errno));
-    std::ostringstream bytes;
-    bytes << in.rdbuf();
-    if (in.bad()) throw std::runtime_error("cannot read " + Sourcefile.string());
-    Converter converter(kUtf8, CharSet);
-    if (!converter.Valid()) throw std::runtime_error("unknown charset \"" + std::string(CharSet) + "\"");
-    return converter.Run(bytes.str(), kReplacementCharacter, false);
+std::string DecodeText(std::string_view bytes, std::string_view charset) {
+    TextConverter converter(kUtf8, charset);
+    if (!converter.Valid()) throw std::runtime_error("unknown charset \"" + std::string(charset) + "\"");
+    return converter.Convert(bytes, kReplacementCharacter, false);
 }
 
-void WriteConvertedFile(const std::filesystem::path& Getfile, std::string_view text, std::string_view CharSet) {
-    std::string content;
-    if (Upper(CharSet) == kUtf8) {
+std::string EncodeText(std::string_view text, std::string_view charset) {
+    if (Upper(charset) == kUtf8) {
+        std::string content;
         content.reserve(kByteOrderMark.size() + text.size());
         content += kByteOrderMark;
         content += text;
-    } else {
-        Converter converter(CharSet, kUtf8);
-        if (!converter.Valid()) throw std::runtime_error("unknown charset \"" + std::string(CharSet) + "\"");
-        content = converter.Run(text, "?", true);
+        return content;
     }
-    WriteFileAtomically(Getfile, content);
+    TextConverter converter(charset, kUtf8);
+    if (!converter.Valid()) throw std::runtime_error("unknown charset \"" + std::string(charset) + "\"");
+    return converter.Convert(text, "?", true);
 }
 
-void RecodeToUtf8(const std::filesystem::path& document, std::string_view charset) {
-    WriteConvertedFile(document, ReadConvertedFile(document, charset), kUtf8);
+std::string RecodeToUtf8(std::string_view document, std::string_view charset) {
+    return EncodeText(DecodeText(document, charset), kUtf8);
 }
 
 }  // namespace morvanta

@@ -1,10 +1,9 @@
-// Recoding a finished document from the code page its session was made in
-// to UTF-8: the twelve languages a user can pick, and the two file routines
-// of the pass, over iconv.
+// Recoding texts between the code page a session was made in and UTF-8:
+// the twelve languages a user can pick, and one converter over iconv that
+// every recoding of the program goes through.
 #pragma once
 
 #include <array>
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -43,18 +42,44 @@ bool IsKnownCharset(std::string_view charset);
 // name (either in any case); nothing when iconv does not know it.
 std::optional<std::string> CharsetForLanguage(std::string_view name);
 
-// The whole file decoded from `CharSet` into UTF-8. A byte sequence the
-// charset does not define becomes U+FFFD. Throws std::runtime_error naming
-// the path when the file cannot be read or the charset is unknown.
-std::string ReadConvertedFile(const std::filesystem::path& Sourcefile, std::string_view CharSet);
+// One conversion from one charset to another, opened once and used for as
+// many texts as the caller has (a whole chunk's names, a whole document).
+class TextConverter {
+public:
+    TextConverter(std::string_view to, std::string_view from);
+    ~TextConverter();
+    TextConverter(const TextConverter&) = delete;
+    TextConverter& operator=(const TextConverter&) = delete;
 
-// Replaces the file, atomically, with the UTF-8 `text` encoded in `CharSet`;
-// "UTF-8" puts the byte order mark EF BB BF in front. A character the
-// charset lacks becomes "?". Throws std::runtime_error naming the path.
-void WriteConvertedFile(const std::filesystem::path& Getfile, std::string_view text, std::string_view CharSet);
+    // False when iconv does not know one of the two charsets.
+    bool Valid() const;
 
-// The pass of a conversion run: the document read in `charset` and saved
-// again as UTF-8 under the same name.
-void RecodeToUtf8(const std::filesystem::path& document, std::string_view charset);
+    // Converts all of `in`. A sequence that cannot be converted is stepped
+    // over (one byte, or one whole UTF-8 character when `inputIsUtf8`) and
+    // `bad` is put out in its place. Throws std::runtime_error on any other fault.
+    std::string Convert(std::string_view in, std::string_view bad, bool inputIsUtf8);
+
+    // Appends the conversion of one whole character to `out`; false, with
+    // `out` untouched, when the target charset cannot show it.
+    bool AppendCharacter(std::string_view in, std::string& out);
+
+private:
+    int Drain(char** source, std::size_t* sourceLeft, std::string& out);
+
+    void* handle_;
+};
+
+// The bytes decoded from `charset` into UTF-8; a sequence the charset does
+// not define becomes U+FFFD. Throws std::runtime_error for an unknown charset.
+std::string DecodeText(std::string_view bytes, std::string_view charset);
+
+// The UTF-8 `text` encoded in `charset`; "UTF-8" puts the byte order mark
+// EF BB BF in front. A character the charset lacks becomes "?". Throws
+// std::runtime_error for an unknown charset.
+std::string EncodeText(std::string_view text, std::string_view charset);
+
+// A finished document read in `charset` and given back as UTF-8, with the
+// byte order mark.
+std::string RecodeToUtf8(std::string_view document, std::string_view charset);
 
 }  // namespace morvanta

@@ -4,18 +4,15 @@
 
 #include <QString>
 
+#include "services/ProgramVersion.h"
+
 namespace morvanta::shell {
 
-inline const QString kProgramTitle = QStringLiteral("Morvanta");
+inline const QString kProgramTitle = QString::fromUtf8(kProgramName.data(), static_cast<qsizetype>(kProgramName.size()));
 inline const QString kProjectWebPage = QStringLiteral("https://morvanta.org/");
 
 // "1.5.00": major, minor and a two-digit revision.
-inline QString VersionText() {
-    return QStringLiteral("%1.%2.%3")
-        .arg(MORVANTA_VERSION_MAJOR)
-        .arg(MORVANTA_VERSION_MINOR)
-        .arg(MORVANTA_VERSION_PATCH, 2, 10, QLatin1Char('0'));
-}
+inline QString VersionText() { return QString::fromStdString(morvanta::VersionText()); }
 
 // "Morvanta - Version 1.5.00".
 inline QString WindowCaption() { return kProgramTitle + QStringLiteral(" - Version ") + VersionText(); }

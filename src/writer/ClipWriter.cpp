@@ -8,9 +8,9 @@
 #include "services/Conversions.h"
 #include "writer/DocumentWriter.h"
 #include "writer/Keyframes.h"
-#include "writer/NumberText.h"
+#include "services/NumberText.h"
 #include "writer/PositionIndex.h"
-#include "writer/TextHelpers.h"
+#include "services/TextHelpers.h"
 
 namespace morvanta {
 

@@ -5,21 +5,13 @@
 #include <cmath>
 #include <utility>
 
+#include "services/ProgramVersion.h"
 #include "writer/DocumentWriter.h"
-#include "writer/NumberText.h"
-#include "writer/TextHelpers.h"
+#include "services/NumberText.h"
+#include "services/TextHelpers.h"
 
 namespace morvanta {
 namespace {
-
-constexpr std::string_view kProgramTitle = "Morvanta";
-
-std::string VersionText() {
-    // "##" major, "0" minor, and the revision as two digits.
-    std::string revision = "00" + std::to_string(MORVANTA_VERSION_PATCH);
-    return std::to_string(MORVANTA_VERSION_MAJOR) + "." + std::to_string(MORVANTA_VERSION_MINOR) + "." +
-           revision.substr(revision.size() - 2);
-}
 
 // "256 MiB" for whole mebibytes, else the bytes.
 std::string SizeText(std::size_t bytes) {
@@ -81,7 +73,7 @@ std::string ExportSesxFile(Session& session, const ConvertOptions& options,
     w.Line("</sesx>");
     w.Line("<!-- Converted " + MakeCommentSafe(TrimBlanks(session.SourcePath), options.NonEnglish) +
            " (" + session.SesVersion + ") --> ");
-    w.Line("<!-- Converted by " + std::string(kProgramTitle) + " - Version " + VersionText() + " --> ");
+    w.Line("<!-- Converted by " + std::string(kProgramName) + " - Version " + VersionText() + " --> ");
     return std::move(w.out);
 }
 

@@ -1,8 +1,8 @@
 // <files>, the list the clips point into by position
 // (docs/format/document.md, "File list").
 #include "writer/DocumentWriter.h"
-#include "writer/NumberText.h"
-#include "writer/TextHelpers.h"
+#include "services/NumberText.h"
+#include "services/TextHelpers.h"
 
 namespace morvanta {
 namespace {

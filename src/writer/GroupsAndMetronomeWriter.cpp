@@ -6,8 +6,8 @@
 
 #include "services/Conversions.h"
 #include "writer/DocumentWriter.h"
-#include "writer/NumberText.h"
-#include "writer/TextHelpers.h"
+#include "services/NumberText.h"
+#include "services/TextHelpers.h"
 
 namespace morvanta {
 namespace {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "writer/DocumentWriter.h"
-#include "writer/NumberText.h"
+#include "services/NumberText.h"
 
 namespace morvanta {
 

@@ -3,8 +3,8 @@
 #include "services/Conversions.h"
 #include "writer/DocumentWriter.h"
 #include "writer/Keyframes.h"
-#include "writer/NumberText.h"
-#include "writer/TextHelpers.h"
+#include "services/NumberText.h"
+#include "services/TextHelpers.h"
 #include "writer/TrackLookups.h"
 
 namespace morvanta {

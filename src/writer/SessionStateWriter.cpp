@@ -3,8 +3,8 @@
 #include <array>
 
 #include "writer/DocumentWriter.h"
-#include "writer/NumberText.h"
-#include "writer/TextHelpers.h"
+#include "services/NumberText.h"
+#include "services/TextHelpers.h"
 
 namespace morvanta {
 namespace {

@@ -3,7 +3,7 @@
 #include "services/Conversions.h"
 #include "writer/DocumentWriter.h"
 #include "writer/Keyframes.h"
-#include "writer/NumberText.h"
+#include "services/NumberText.h"
 #include "writer/TrackLookups.h"
 
 namespace morvanta {

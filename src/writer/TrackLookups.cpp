@@ -1,6 +1,6 @@
 #include "writer/TrackLookups.h"
 
-#include "writer/TextHelpers.h"
+#include "services/TextHelpers.h"
 
 namespace morvanta {
 

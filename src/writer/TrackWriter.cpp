@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "writer/DocumentWriter.h"
-#include "writer/NumberText.h"
-#include "writer/TextHelpers.h"
+#include "services/NumberText.h"
+#include "services/TextHelpers.h"
 #include "writer/TrackLookups.h"
 
 namespace morvanta {

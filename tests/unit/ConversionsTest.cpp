@@ -7,7 +7,7 @@
 #include <string>
 
 #include "services/Conversions.h"
-#include "writer/NumberText.h"
+#include "services/NumberText.h"
 
 namespace morvanta {
 namespace {

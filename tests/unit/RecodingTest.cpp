@@ -1,5 +1,5 @@
 // Recoding finished documents to UTF-8: the language table, the charset
-// names iconv gets, the two file routines and the pass of the run.
+// names iconv gets, the text routines and the pass of the run.
 #include <gtest/gtest.h>
 
 #include "SesBuilder.h"
@@ -12,12 +12,7 @@ namespace {
 
 const std::string kBom = "\xEF\xBB\xBF";
 
-std::string Recoded(const std::string& bytes, std::string_view charset) {
-    TempDir dir;
-    WriteFile(dir / "doc.sesx", bytes);
-    RecodeToUtf8(dir / "doc.sesx", charset);
-    return ReadFile(dir / "doc.sesx");
-}
+std::string Recoded(const std::string& bytes, std::string_view charset) { return RecodeToUtf8(bytes, charset); }
 
 std::string CharsetOf(std::string_view language) {
     for (const LanguageRow& row : LanguageTable)
@@ -60,21 +55,11 @@ TEST(Recoding, LanguageAndCharsetNames) {
     EXPECT_FALSE(IsKnownCharset(""));
 }
 
-TEST(Recoding, WritingInAnEightBitCharsetAndFailures) {
-    TempDir dir;
-    WriteConvertedFile(dir / "out.txt", "caf\xC3\xA9 \xE2\x82\xAC", "ISO-8859-1");
-    EXPECT_EQ(ReadFile(dir / "out.txt"), "caf\xE9 ?");
-    EXPECT_EQ(ReadConvertedFile(dir / "out.txt", "ISO-8859-1"), "caf\xC3\xA9 ?");
-
-    try {
-        ReadConvertedFile(dir / "missing.sesx", "ISO-8859-1");
-        ADD_FAILURE() << "a missing document was read";
-    } catch (const std::runtime_error& error) {
-        EXPECT_NE(std::string(error.what()).find((dir / "missing.sesx").string()), std::string::npos);
-    }
-    EXPECT_THROW(RecodeToUtf8(dir / "out.txt", "NO-SUCH-CHARSET"), std::runtime_error);
-    EXPECT_EQ(ReadFile(dir / "out.txt"), "caf\xE9 ?");
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.Path()), {}), 1);
+TEST(Recoding, WritingInAnEightBitCharsetAndUnknownCharsets) {
+    EXPECT_EQ(EncodeText("caf\xC3\xA9 \xE2\x82\xAC", "ISO-8859-1"), "caf\xE9 ?");
+    EXPECT_EQ(DecodeText("caf\xE9 ?", "ISO-8859-1"), "caf\xC3\xA9 ?");
+    EXPECT_THROW(RecodeToUtf8("caf\xE9", "NO-SUCH-CHARSET"), std::runtime_error);
+    EXPECT_THROW(EncodeText("caf", "NO-SUCH-CHARSET"), std::runtime_error);
 }
 
 TEST(Recoding, TheRunRecodesWhatItWroteAndNothingElse) {
@@ -103,6 +88,18 @@ TEST(Recoding, TheRunRecodesWhatItWroteAndNothingElse) {
     EXPECT_EQ(ReadFile(dir / "old.sesx"), "older document \xE9");
     EXPECT_EQ(ProblemLines(summary),
               std::vector<std::string>{folder + "old.ses: Cool Edit Pro 1.0 is not currently supported"});
+
+    // A recoding that fails fails its file and keeps the previous document
+    // whole: the document is recoded before anything is written.
+    const std::string before = ReadFile(dir / "caf\xE9.sesx");
+    rows = {{folder, "caf\xE9.ses", true}};
+    settings.Convert.Charset = "NO-SUCH-CHARSET";
+    const RunSummary failed = RunConversion(rows, settings, callbacks);
+    EXPECT_EQ(ProblemLines(failed), std::vector<std::string>{folder + "caf\xE9.ses: the document could not be "
+                                                             "recoded from NO-SUCH-CHARSET: unknown charset "
+                                                             "\"NO-SUCH-CHARSET\""});
+    EXPECT_EQ(ReadFile(dir / "caf\xE9.sesx"), before);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.Path()), {}), 4);
 }
 
 }  // namespace

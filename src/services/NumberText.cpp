@@ -1,4 +1,4 @@
-#include "writer/NumberText.h"
+#include "services/NumberText.h"
 
 #include <charconv>
 #include <cmath>

@@ -1,7 +1,8 @@
-// Text helpers of the document writer. Texts are byte strings in the
+// Text helpers that readers and writer share. Texts are byte strings in the
 // session's own 8-bit code page; nothing here decodes them.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -18,6 +19,9 @@ std::string EscapeText(std::string_view text, bool blanksToo = false);
 // A replacement that contains `find` is applied in a single pass instead of
 // looping for ever.
 std::string ReplaceAll(std::string subject, std::string_view find, std::string_view replacement);
+
+// Two upper-case hexadecimal digits.
+std::string HexByte(std::uint8_t value);
 
 // The part behind the last path separator ("\" or "/"); the whole path when
 // it has none.

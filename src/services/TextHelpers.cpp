@@ -1,4 +1,4 @@
-#include "writer/TextHelpers.h"
+#include "services/TextHelpers.h"
 
 namespace morvanta {
 
@@ -30,6 +30,11 @@ std::string EscapeText(std::string_view text, bool blanksToo) {
     return ReplaceAll(result, std::string_view("\0", 1), "&amp;");
 }
 
+std::string HexByte(std::uint8_t value) {
+    static constexpr char kDigits[] = "0123456789ABCDEF";
+    return {kDigits[value >> 4], kDigits[value & 15]};
+}
+
 std::string FileNameOf(std::string_view path) {
     const auto at = path.find_last_of("\\/");
     return std::string(at == std::string_view::npos ? path : path.substr(at + 1));
@@ -37,15 +42,8 @@ std::string FileNameOf(std::string_view path) {
 
 std::string MakeCommentSafe(std::string_view text, bool nonEnglish) {
     if (!nonEnglish) return std::string(text);
-    static constexpr char kHex[] = "0123456789ABCDEF";
-    auto hex = [](int value) {
-        std::string digits;
-        do {
-            digits.insert(digits.begin(), kHex[value % 16]);
-            value /= 16;
-        } while (value > 0);
-        return digits;
-    };
+    // Every code put out lies between 0x21 and 0xFF: always two digits.
+    auto hex = [](int value) { return HexByte(static_cast<std::uint8_t>(value)); };
     std::string result;
     for (char ch : text) {
         const int c = static_cast<unsigned char>(ch);

@@ -1,5 +1,5 @@
-// The number texts of the document. Each is exact and independent of the
-// machine's locale: the decimal mark is always ".". See
+// The number texts that readers and writer share. Each is exact and
+// independent of the machine's locale: the decimal mark is always ".". See
 // docs/format/document.md for the forms and their examples.
 #pragma once
 
