@@ -24,8 +24,7 @@ inline void PrintTo(const Clip& c, std::ostream* os) {
     *os << "{ClipId " << c.ClipId << ", FileId " << c.FileId << ", SourceStart " << c.SourceStart << ", Start "
         << c.Start << ", Length " << c.Length << ", TrackId " << c.TrackId << ", TrackOrdinal " << c.TrackOrdinal
         << ", FileKind " << c.FileKind << ", Looped " << c.Looped << ", Muted " << c.Muted << ", Locked " << c.Locked
-        << ", Gain " << c.Gain << ", Hue " << c.Hue << ", GroupId " << c.GroupId << ", GroupItemId "
-        << c.GroupItemId << "}";
+        << ", Gain " << c.Gain << ", Hue " << c.Hue << ", GroupId " << c.GroupId << "}";
 }
 
 inline void PrintTo(const ClipFade& f, std::ostream* os) {

@@ -56,7 +56,6 @@ struct Clip {
     double Gain{};
     std::int32_t Hue{};
     std::int32_t GroupId{};
-    std::int32_t GroupItemId{};
     bool operator==(const Clip&) const = default;
 };
 
@@ -129,6 +128,7 @@ struct SesCue {
     std::int32_t Start{};
     std::int32_t Length{};
     std::int32_t CueType{};
+    bool operator==(const SesCue&) const = default;
 };
 
 struct SesWave {
@@ -136,6 +136,7 @@ struct SesWave {
     std::string Name;
     std::string Tag;  // four characters
     std::int32_t LengthSamples{};
+    bool operator==(const SesWave&) const = default;
 };
 
 // The fields that the block lists "bk25", "bk20" and "blk " share.
@@ -187,6 +188,7 @@ struct SesTrack {
     std::int32_t PhaseInverted{};
     std::int32_t RackPostFader{};
     std::int32_t AutomationMode{1};
+    bool operator==(const SesTrack&) const = default;
 };
 
 // TrackVolumePoints, TrackPanPoints, TrackMutePoints.
@@ -194,6 +196,7 @@ struct TrackPoint {
     std::int32_t TrackId{};
     std::int32_t SampleOffset{};
     double Value{};
+    bool operator==(const TrackPoint&) const = default;
 };
 
 // SendAutomation and RackAutomation.
@@ -203,6 +206,7 @@ struct NamedAutomationPoint {
     double Value{};
     std::int32_t SendSlot{};
     std::string ParameterName;  // at most 25 characters
+    bool operator==(const NamedAutomationPoint&) const = default;
 };
 
 struct SendSlotSettings {
@@ -210,6 +214,7 @@ struct SendSlotSettings {
     double Level{};
     double Pan{};
     std::int32_t PreFader{};
+    bool operator==(const SendSlotSettings&) const = default;
 };
 
 inline constexpr std::size_t kSendSlotCount = 16;
@@ -217,6 +222,7 @@ inline constexpr std::size_t kSendSlotCount = 16;
 struct TrackSend {
     std::int32_t TrackId{};
     std::array<SendSlotSettings, kSendSlotCount> Slots{};
+    bool operator==(const TrackSend&) const = default;
 };
 
 struct TrackEq {
@@ -231,6 +237,7 @@ struct TrackEq {
     double LowQ{};
     double HighQ{};
     std::int32_t EqEnabled{};
+    bool operator==(const TrackEq&) const = default;
 };
 
 struct EnvelopePoint {
@@ -238,6 +245,7 @@ struct EnvelopePoint {
     std::int32_t Kind{};  // 1 volume, 2 pan
     std::int32_t SamplePosition{};
     double Value{};
+    bool operator==(const EnvelopePoint&) const = default;
 };
 
 struct RackSlot {
@@ -250,6 +258,7 @@ struct RackSlot {
     std::int32_t EditorWidth{};
     std::int32_t SlotNumber{};
     std::string PresetText;  // at most 4096 characters
+    bool operator==(const RackSlot&) const = default;
 };
 
 struct RackParameter {
@@ -262,6 +271,7 @@ struct RackParameter {
     double Value{};
     std::string ValueFormat;  // at most 20 characters
     std::int32_t SlotNumber{};
+    bool operator==(const RackParameter&) const = default;
 };
 
 struct EffectAutomationPoint {
@@ -271,6 +281,7 @@ struct EffectAutomationPoint {
     std::int32_t SlotNumber{};
     std::int32_t SlotRow{};  // 1-based row of the effect's RackSlots entry
     std::string ParameterName;  // at most 25 characters
+    bool operator==(const EffectAutomationPoint&) const = default;
 };
 
 // ---------------------------------------------------------------- the session
@@ -335,6 +346,8 @@ struct Session {
     std::vector<RackSlot> RackSlots;
     std::vector<RackParameter> RackParameters;
     std::vector<EffectAutomationPoint> EffectAutomation;
+
+    bool operator==(const Session&) const = default;
 };
 
 // Cuts a text to the width of its field, as every store into a fixed field does.

@@ -24,9 +24,9 @@ struct ClipPointKey {
 // Every clip writer call would otherwise search all clips, files, fades and
 // points again; the lists do not change while the tracks are written.
 struct ClipIndex {
-    explicit ClipIndex(const Session& s);
+    ClipIndex(const Session& s, const std::vector<Clip>& clips);
 
-    PositionIndex<std::int32_t> clipsOfTrack;  // Clips from element 1, by TrackId
+    PositionIndex<std::int32_t> clipsOfTrack;  // the clips in writing order from element 1, by TrackId
     PositionIndex<std::int32_t> files;         // SessionFiles by FileId
     PositionIndex<ClipPointKey> points;        // ClipPoints by clip, track and kind
     PositionIndex<std::int32_t> stretches;     // ClipStretches by ClipId
@@ -51,8 +51,8 @@ ClipFade MergeFade(ClipFade merged, const ClipFade& row) {
 
 }  // namespace
 
-ClipIndex::ClipIndex(const Session& s)
-    : clipsOfTrack(s.Clips, [](const Clip& c) { return c.TrackId; }, 1),
+ClipIndex::ClipIndex(const Session& s, const std::vector<Clip>& clips)
+    : clipsOfTrack(clips, [](const Clip& c) { return c.TrackId; }, 1),
       files(s.SessionFiles, [](const SessionFile& f) { return f.FileId; }),
       points(s.ClipPoints, [](const ClipPoint& p) { return ClipPointKey{p.ClipId, p.TrackId, p.Kind}; }),
       stretches(s.ClipStretches, [](const ClipStretch& st) { return st.ClipId; }) {
@@ -62,7 +62,7 @@ ClipIndex::ClipIndex(const Session& s)
 namespace {
 
 const ClipIndex& IndexOf(DocumentWriter& w) {
-    if (!w.clipIndex) w.clipIndex = std::make_shared<const ClipIndex>(w.session);
+    if (!w.clipIndex) w.clipIndex = std::make_shared<const ClipIndex>(w.session, w.Clips);
     return *w.clipIndex;
 }
 
@@ -99,8 +99,8 @@ struct FadeTexts {
 // The fade texts of clip n, and its crossfade marks. Both come only from
 // rows of ClipFades: a clip without one keeps the start values. Several
 // rows of one clip id act as their merge.
-FadeTexts FadesOf(const Session& s, const ClipIndex& index, std::size_t n, std::int32_t trackId) {
-    const Clip& c = s.Clips[n];
+FadeTexts FadesOf(const std::vector<Clip>& clips, const ClipIndex& index, std::size_t n, std::int32_t trackId) {
+    const Clip& c = clips[n];
     FadeTexts t;
     t.OutEnd = t.OutStart = IntegerText(c.Length);
     const auto merged = index.fadeOfClip.find(c.ClipId);
@@ -120,11 +120,11 @@ FadeTexts FadesOf(const Session& s, const ClipIndex& index, std::size_t n, std::
     }
     // Overlaps with the neighbours in the sorted list, strictly: clips that
     // only touch are not marked.
-    if (n + 1 < s.Clips.size()) {
-        const Clip& next = s.Clips[n + 1];
+    if (n + 1 < clips.size()) {
+        const Clip& next = clips[n + 1];
         if (next.TrackId == trackId && IntegerValue(c.Start + c.Length) > IntegerValue(next.Start)) t.Tail = "1";
     }
-    const Clip& before = s.Clips[n - 1];
+    const Clip& before = clips[n - 1];
     if (before.TrackId == trackId && IntegerValue(before.Start + before.Length) > IntegerValue(c.Start)) t.Head = "1";
     return t;
 }
@@ -155,24 +155,24 @@ std::string PanValueText(double value) { return PlainNumberText(value); }
 }  // namespace
 
 void WriteAudioClips(DocumentWriter& w, const Track& track) {
-    Session& s = w.session;
+    const Session& s = w.session;
     const ClipIndex& index = IndexOf(w);
     // Both count the clips of this track that are written.
     std::int32_t ClipCounter = 0;
     std::int32_t GroupItemCounter = 0;
     for (std::size_t n : index.clipsOfTrack.Positions(track.TrackId)) {
-        Clip& c = s.Clips[n];
+        const Clip& c = w.Clips[n];
         const auto k = index.files.First(c.FileId);
         if (!k) {
             ReportLeftOut(w, c, "audio");
-            c.GroupItemId = kClipLeftOut;
+            w.GroupItemIds[n] = kClipLeftOut;
             continue;
         }
         const SessionFile& file = s.SessionFiles[*k];
         const auto stretch = index.stretches.First(c.ClipId);
         const std::string looped = stretch && c.Looped == 1 ? "true" : "false";
         const std::string locked = c.Locked == 1 ? "true" : "false";
-        const FadeTexts fades = FadesOf(s, index, n, track.TrackId);
+        const FadeTexts fades = FadesOf(w.Clips, index, n, track.TrackId);
 
         w.Line(R"(<audioClip clipAutoCrossfade="true" crossFadeHeadClipID=")" + fades.Head +
                R"(" crossFadeTailClipID=")" + fades.Tail + R"(" endPoint=")" + IntegerText(c.Start + c.Length) +
@@ -182,7 +182,7 @@ void WriteAudioClips(DocumentWriter& w, const Track& track) {
                R"(" sourceOutPoint=")" + IntegerText(c.SourceStart + c.Length) + R"(" startPoint=")" +
                IntegerText(c.Start) + R"(" zOrder=")" + PlainNumberText(static_cast<double>(n)) + R"(">)");
         ++ClipCounter;
-        if (c.GroupId > 0) c.GroupItemId = GroupItemCounter;
+        if (c.GroupId > 0) w.GroupItemIds[n] = GroupItemCounter;
         ++GroupItemCounter;
 
         w.Line(R"(<component componentID="Audition.Fader" id="clipGain" name="volume">)");
@@ -223,7 +223,7 @@ void WriteVideoClips(DocumentWriter& w, const Track& track) {
     const Session& s = w.session;
     const ClipIndex& index = IndexOf(w);
     for (std::size_t n : index.clipsOfTrack.Positions(track.TrackId)) {
-        const Clip& c = s.Clips[n];
+        const Clip& c = w.Clips[n];
         const auto k = index.files.First(c.FileId);
         if (!k) {
             ReportLeftOut(w, c, "video");

@@ -1,4 +1,6 @@
-// Shared state of one document being written, and the section writers.
+// The state of one document being written, and the section writers. The
+// session is only read: the order the document needs and the numbers it
+// gives out are kept here.
 #pragma once
 
 #include <memory>
@@ -22,15 +24,26 @@ struct TrackLookups;
 inline constexpr std::int32_t kClipLeftOut = -1;
 
 struct DocumentWriter {
-    Session& session;
+    // Puts the tracks and clips in writing order.
+    DocumentWriter(const Session& session, const ConvertOptions& options, std::vector<Diagnostic>& warnings);
+
+    const Session& session;
     const ConvertOptions& options;
     std::vector<Diagnostic>& warnings;
     std::string out;
 
+    // The session's tracks with the master last (a second master record is
+    // dropped), and its clips by track and start, element 0 included.
+    std::vector<Track> Tracks;
+    std::vector<Clip> Clips;
+    // The group item number each clip of Clips was given by the clip writer
+    // (kClipLeftOut for a clip left out; 0 for one never written).
+    std::vector<std::int32_t> GroupItemIds;
+
     // Track loop state.
     int TrackIndex = 0;
     bool AnySolo = false;
-    bool MasterWritten = false;
+    bool MasterWritten = false;  // the session has a master track of its own
 
     std::shared_ptr<const ClipIndex> clipIndex{};
     std::shared_ptr<const TrackLookups> trackLookups{};
@@ -47,9 +60,11 @@ struct DocumentWriter {
     }
 };
 
+// The exchange sort of the clips by (TrackOrdinal, Start); ties stay only
+// when the list is in order already.
+void SortClipsForWriting(std::vector<Clip>& clips);
+
 // Sections, in document order.
-void ReorderTracks(DocumentWriter& w);  // master last; sets MasterWritten
-void SortClipsForWriting(Session& session);
 void WriteTracks(DocumentWriter& w);
 void WriteSessionState(DocumentWriter& w);
 void WriteCueMarkers(DocumentWriter& w);

@@ -26,9 +26,7 @@ DocumentTooLarge::DocumentTooLarge(std::size_t limit)
     : std::runtime_error("the document would be larger than " + SizeText(limit) +
                          ", the most Morvanta writes for one session") {}
 
-// Exchange sort by (TrackOrdinal, Start), element 0 included; ties stay.
-void SortClipsForWriting(Session& session) {
-    auto& clips = session.Clips;
+void SortClipsForWriting(std::vector<Clip>& clips) {
     auto greater = [](const Clip& a, const Clip& b) {
         return a.TrackOrdinal > b.TrackOrdinal || (a.TrackOrdinal == b.TrackOrdinal && a.Start > b.Start);
     };
@@ -47,11 +45,24 @@ void SortClipsForWriting(Session& session) {
     }
 }
 
-std::string ExportSesxFile(Session& session, const ConvertOptions& options,
+DocumentWriter::DocumentWriter(const Session& s, const ConvertOptions& o, std::vector<Diagnostic>& w)
+    : session(s), options(o), warnings(w), Clips(s.Clips), GroupItemIds(s.Clips.size(), 0) {
+    Tracks.reserve(s.Tracks.size());
+    const Track* master = nullptr;
+    for (const Track& track : s.Tracks) {
+        if (track.TrackId != kMasterTrackId) Tracks.push_back(track);
+        else if (!master) master = &track;
+    }
+    if (master) {
+        Tracks.push_back(*master);
+        MasterWritten = true;
+    }
+    SortClipsForWriting(Clips);
+}
+
+std::string ExportSesxFile(const Session& session, const ConvertOptions& options,
                            const std::string& OutputPath, std::vector<Diagnostic>& warnings) {
-    DocumentWriter w{session, options, warnings, {}};
-    ReorderTracks(w);
-    SortClipsForWriting(session);
+    DocumentWriter w(session, options, warnings);
 
     w.Line(R"(<?xml version="1.0" encoding="UTF-8" standalone="no" ?>)");
     w.Line("<!DOCTYPE sesx>");

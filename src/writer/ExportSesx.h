@@ -18,10 +18,9 @@ public:
     explicit DocumentTooLarge(std::size_t limit);
 };
 
-// Writes the document of an assembled session. Reorders `Tracks`, sorts
-// `Clips` and sets `GroupItemId` in place, as the writing requires.
-// `OutputPath` gives the document's <name>.
-std::string ExportSesxFile(Session& session, const ConvertOptions& options,
+// The document of an assembled session; the same session gives the same
+// bytes every time. `OutputPath` gives the document's <name>.
+std::string ExportSesxFile(const Session& session, const ConvertOptions& options,
                            const std::string& OutputPath, std::vector<Diagnostic>& warnings);
 
 }  // namespace morvanta

@@ -18,19 +18,18 @@ std::string RelativePathOf(const std::string& path) {
 
 void WriteFiles(DocumentWriter& w) {
     w.Line("<files>");
-    auto& files = w.session.SessionFiles;
+    const auto& files = w.session.SessionFiles;
     for (std::size_t k = 0; k < files.size(); ++k) {
-        SessionFile& file = files[k];
-        // Escaped once, here, after the clips have been written.
-        file.Path = EscapeText(TrimBlanks(file.Path));
+        const SessionFile& file = files[k];
+        const std::string path = EscapeText(TrimBlanks(file.Path));
         const std::string id = IntegerText(static_cast<double>(k));
         if (w.options.NoPathNames) {
-            w.Line(R"(<file absolutePath=")" + FileNameOf(file.Path) + R"(" id=")" + id + R"("/>)");
+            w.Line(R"(<file absolutePath=")" + FileNameOf(path) + R"(" id=")" + id + R"("/>)");
         } else if (file.Kind == kFileKindVideo) {
-            w.Line(R"(<file absolutePath=")" + file.Path + R"(" id=")" + id + R"("/>)");
+            w.Line(R"(<file absolutePath=")" + path + R"(" id=")" + id + R"("/>)");
         } else {
-            std::string line = R"(<file absolutePath=")" + file.Path + R"(" id=")" + id + R"(")";
-            const std::string relative = ReplaceAll(TrimBlanks(RelativePathOf(file.Path)), "\\", "/");
+            std::string line = R"(<file absolutePath=")" + path + R"(" id=")" + id + R"(")";
+            const std::string relative = ReplaceAll(TrimBlanks(RelativePathOf(path)), "\\", "/");
             if (!relative.empty()) line += R"( relativePath=")" + relative + R"(")";
             w.Line(line + "/>");
         }

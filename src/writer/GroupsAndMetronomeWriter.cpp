@@ -38,10 +38,10 @@ void WriteClipGroups(DocumentWriter& w) {
     if (s.ClipGroups.empty()) return;
     // The members of each group, in list order. A clip left out of the
     // document has no item either.
-    std::unordered_map<std::int32_t, std::vector<const Clip*>> members;
-    for (std::size_t i = 1; i < s.Clips.size(); ++i) {
-        const Clip& clip = s.Clips[i];
-        if (clip.GroupId > 0 && clip.GroupItemId != kClipLeftOut) members[clip.GroupId].push_back(&clip);
+    std::unordered_map<std::int32_t, std::vector<std::size_t>> members;
+    for (std::size_t i = 1; i < w.Clips.size(); ++i) {
+        const Clip& clip = w.Clips[i];
+        if (clip.GroupId > 0 && w.GroupItemIds[i] != kClipLeftOut) members[clip.GroupId].push_back(i);
     }
     w.Line("<clipGroups>");
     for (const ClipGroup& group : s.ClipGroups) {
@@ -51,9 +51,9 @@ void WriteClipGroups(DocumentWriter& w) {
                PlainNumberText(static_cast<double>(group.GroupId) - 1) + R"(">)");
         w.Line("<name>Group " + PlainNumberText(group.GroupId) + "</name>");
         if (const auto it = members.find(group.GroupId); it != members.end()) {
-            for (const Clip* clip : it->second)
-                w.Line(R"(<item clipID=")" + PlainNumberText(clip->GroupItemId) + R"(" trackID=")" +
-                       PlainNumberText(clip->TrackId) + R"("/>)");
+            for (const std::size_t i : it->second)
+                w.Line(R"(<item clipID=")" + PlainNumberText(w.GroupItemIds[i]) + R"(" trackID=")" +
+                       PlainNumberText(w.Clips[i].TrackId) + R"("/>)");
         }
         w.Line("</clipGroup>");
     }

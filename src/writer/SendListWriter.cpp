@@ -21,10 +21,10 @@ void WriteDefaultSlot(DocumentWriter& w, std::size_t k) {
 
 // The bus track that a send feeds: the first track with that BusId. A bus
 // that no track has leaves the number as it is.
-std::int32_t SendOutput(const Session& session, const TrackLookups& lookups, std::int32_t outputBus) {
+std::int32_t SendOutput(const DocumentWriter& w, const TrackLookups& lookups, std::int32_t outputBus) {
     if (outputBus <= 0) return outputBus;
     const auto bus = lookups.busTracks.First(outputBus);
-    return bus ? session.Tracks[*bus].TrackId : outputBus;
+    return bus ? w.Tracks[*bus].TrackId : outputBus;
 }
 
 void WriteSlot(DocumentWriter& w, const TrackLookups& lookups, const Track& track, const SendSlotSettings& slot,
@@ -36,7 +36,7 @@ void WriteSlot(DocumentWriter& w, const TrackLookups& lookups, const Track& trac
         return lookups.sendPoints.Select(session.SendAutomation, SendParameterKey{track.TrackId, slotNumber, name});
     };
     auto plainValue = [](const NamedAutomationPoint& point) { return PlainNumberText(point.Value); };
-    const std::int32_t output = SendOutput(session, lookups, slot.OutputBus);
+    const std::int32_t output = SendOutput(w, lookups, slot.OutputBus);
 
     w.Line(std::string(R"(<sendSlot preFader=")") + (slot.PreFader == 1 ? "true" : "false") +
            R"(" sendOutputID=")" + PlainNumberText(output) + R"(" slotIndex=")" + PlainNumberText(slotNumber) +

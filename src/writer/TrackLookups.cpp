@@ -4,7 +4,7 @@
 
 namespace morvanta {
 
-TrackLookups::TrackLookups(const Session& s)
+TrackLookups::TrackLookups(const Session& s, const std::vector<Track>& tracks)
     : volumePoints(s.TrackVolumePoints, [](const TrackPoint& p) { return p.TrackId; }),
       mutePoints(s.TrackMutePoints, [](const TrackPoint& p) { return p.TrackId; }),
       panPoints(s.TrackPanPoints, [](const TrackPoint& p) { return p.TrackId; }),
@@ -14,10 +14,10 @@ TrackLookups::TrackLookups(const Session& s)
                  }),
       sends(s.TrackSends, [](const TrackSend& record) { return record.TrackId; }),
       eqs(s.TrackEqs, [](const TrackEq& eq) { return eq.TrackKey; }),
-      busTracks(s.Tracks, [](const Track& track) { return track.BusId; }) {}
+      busTracks(tracks, [](const Track& track) { return track.BusId; }) {}
 
 const TrackLookups& TrackLookupsOf(DocumentWriter& w) {
-    if (!w.trackLookups) w.trackLookups = std::make_shared<const TrackLookups>(w.session);
+    if (!w.trackLookups) w.trackLookups = std::make_shared<const TrackLookups>(w.session, w.Tracks);
     return *w.trackLookups;
 }
 

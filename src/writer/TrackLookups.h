@@ -20,9 +20,9 @@ struct SendParameterKey {
 };
 
 // Neither the lists nor the tracks' ids and buses change while the tracks
-// are written; the index is made after the master has moved to the end.
+// are written; `tracks` are the tracks in writing order.
 struct TrackLookups {
-    explicit TrackLookups(const Session& s);
+    TrackLookups(const Session& s, const std::vector<Track>& tracks);
 
     PositionIndex<std::int32_t> volumePoints;  // TrackVolumePoints by TrackId
     PositionIndex<std::int32_t> mutePoints;    // TrackMutePoints by TrackId
@@ -30,7 +30,7 @@ struct TrackLookups {
     PositionIndex<SendParameterKey> sendPoints;  // SendAutomation
     PositionIndex<std::int32_t> sends;         // TrackSends by TrackId
     PositionIndex<std::int32_t> eqs;           // TrackEqs by TrackKey
-    PositionIndex<std::int32_t> busTracks;     // Tracks by BusId
+    PositionIndex<std::int32_t> busTracks;     // the tracks in writing order by BusId
 };
 
 const TrackLookups& TrackLookupsOf(DocumentWriter& w);

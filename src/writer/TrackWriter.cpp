@@ -1,29 +1,12 @@
 // The track loop of the document: the master-last order, the element each
 // track becomes with its parameters and children, and the implicit master
 // track (docs/format/tracks.md, "Track elements").
-#include <utility>
-
 #include "writer/DocumentWriter.h"
 #include "services/NumberText.h"
 #include "services/TextHelpers.h"
 #include "writer/TrackLookups.h"
 
 namespace morvanta {
-
-void ReorderTracks(DocumentWriter& w) {
-    std::vector<Track> ordered;
-    ordered.reserve(w.session.Tracks.size());
-    const Track* master = nullptr;
-    for (const Track& track : w.session.Tracks) {
-        if (track.TrackId != kMasterTrackId) ordered.push_back(track);
-        else if (!master) master = &track;  // a second master record is dropped
-    }
-    if (master) {
-        ordered.push_back(*master);
-        w.MasterWritten = true;
-    }
-    w.session.Tracks = std::move(ordered);
-}
 
 namespace {
 
@@ -43,16 +26,14 @@ const char* TrueFalse(bool value) { return value ? "true" : "false"; }
 std::int32_t OutputId(DocumentWriter& w, const Track& track) {
     if (track.OutputBusId <= kBusIdLimit) return kMasterTrackId;
     const auto bus = TrackLookupsOf(w).busTracks.Last(track.OutputBusId);
-    return bus ? w.session.Tracks[*bus].TrackId : kMasterTrackId;
+    return bus ? w.Tracks[*bus].TrackId : kMasterTrackId;
 }
 
-void WriteTrack(DocumentWriter& w, Track& track) {
+void WriteTrack(DocumentWriter& w, const Track& track) {
     const bool soloed = track.Soloed == 1;
     if (soloed) w.AnySolo = true;
     const char* solo = TrueFalse(soloed);
     const char* phase = TrueFalse(track.PhaseInverted == 1);
-    // The escaped name stays in the record.
-    track.TrackName = EscapeText(TrimBlanks(track.TrackName), false);
     const TrackElement element = ElementOf(track);
 
     std::string height = PlainNumberText(track.TrackHeight);
@@ -76,7 +57,7 @@ void WriteTrack(DocumentWriter& w, Track& track) {
     if (element != TrackElement::Video) ++w.TrackIndex;  // the video track takes no index
 
     w.Line(R"(<trackParameters trackHeight=")" + height + R"(">)");
-    w.Line("<name>" + track.TrackName + "</name>");
+    w.Line("<name>" + EscapeText(TrimBlanks(track.TrackName), false) + "</name>");
     w.Line("</trackParameters>");
 
     if (element == TrackElement::Video) {
@@ -127,7 +108,7 @@ void WriteImplicitMaster(DocumentWriter& w) {
 }  // namespace
 
 void WriteTracks(DocumentWriter& w) {
-    for (Track& track : w.session.Tracks) WriteTrack(w, track);
+    for (const Track& track : w.Tracks) WriteTrack(w, track);
     if (!w.MasterWritten) WriteImplicitMaster(w);
 }
 

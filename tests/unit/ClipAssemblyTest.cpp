@@ -287,7 +287,7 @@ TEST(ClipAssembly, ClipsSortByTrackThenStartAndTiesKeepTheirOrder) {
     SortClips(s);
     // Element 0 takes part: a clip without a track at sample 0 stays behind it.
     EXPECT_EQ(Ids(s), (std::vector<std::int32_t>{0, 5, 6, 3, 2, 1, 4}));
-    SortClipsForWriting(s);
+    SortClipsForWriting(s.Clips);
     EXPECT_EQ(Ids(s), (std::vector<std::int32_t>{0, 5, 6, 3, 2, 1, 4}));
 }
 
@@ -296,7 +296,7 @@ TEST(ClipAssembly, TheWritersExchangeSortDoesNotKeepTiesOfAnUnsortedList) {
     // other: 2 and 3 tie and come out the other way round.
     Session s;
     s.Clips = {Clip{}, At(1, 3, 0), At(2, 2, 0), At(3, 2, 0), At(4, 1, 0)};
-    SortClipsForWriting(s);
+    SortClipsForWriting(s.Clips);
     EXPECT_EQ(Ids(s), (std::vector<std::int32_t>{0, 4, 3, 2, 1}));
 }
 

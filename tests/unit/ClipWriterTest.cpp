@@ -25,15 +25,17 @@ Track TrackOf(std::int32_t id) {
 struct Written {
     std::string Text;
     std::vector<Diagnostic> Warnings;
+    std::vector<std::int32_t> GroupItemIds;
 };
 
 Written AudioClipsOf(Session& s, std::vector<std::int32_t> trackIds) {
     Written result;
     const ConvertOptions options;
-    DocumentWriter w{s, options, result.Warnings, {}};
+    DocumentWriter w(s, options, result.Warnings);
     for (std::int32_t id : trackIds) WriteAudioClips(w, TrackOf(id));
     ReportMoreClipsLeftOut(w);
     result.Text = w.out;
+    result.GroupItemIds = w.GroupItemIds;
     return result;
 }
 
@@ -81,7 +83,7 @@ TEST(ClipWriter, IdsCountPerTrackZOrderOverTheListAndOnlyOverlapsAreMarked) {
     auto clip = [](std::int32_t id, std::int32_t track, double start, double length, std::int32_t hue = 0,
                    std::int32_t group = 0) {
         return Clip{.ClipId = id, .FileId = 2000001, .Start = start, .Length = length, .TrackId = track,
-                    .Hue = hue, .GroupId = group};
+                    .TrackOrdinal = track - 10000, .Hue = hue, .GroupId = group};
     };
     s.Clips.push_back(clip(1, 10001, 0, 100, 1));          // overlaps the next
     s.Clips.push_back(clip(2, 10001, 50, 100, 40, 1));     // touches the next
@@ -111,10 +113,10 @@ TEST(ClipWriter, IdsCountPerTrackZOrderOverTheListAndOnlyOverlapsAreMarked) {
                        R"(<fadeOut crossFadeLinkType="linkedAsymmetric" endPoint="10" shape="0" startPoint="10" type="log"/>)",
                        R"(<fadeIn crossFadeLinkType="linkedAsymmetric" endPoint="0" shape="19" startPoint="0" type="log"/>)"}));
     // The group item number counts every clip of the track.
-    EXPECT_EQ(s.Clips[2].GroupItemId, 1);
-    EXPECT_EQ(s.Clips[5].GroupItemId, 4);
-    EXPECT_EQ(s.Clips[6].GroupItemId, 0);
-    EXPECT_EQ(s.Clips[1].GroupItemId, 0) << "no group, no item number";
+    EXPECT_EQ(written.GroupItemIds[2], 1);
+    EXPECT_EQ(written.GroupItemIds[5], 4);
+    EXPECT_EQ(written.GroupItemIds[6], 0);
+    EXPECT_EQ(written.GroupItemIds[1], 0) << "no group, no item number";
 }
 
 TEST(ClipWriter, SeveralFadeRowsOfOneClipIdAreReadInListOrder) {
@@ -179,7 +181,7 @@ TEST(ClipWriter, AClipWhoseFileIsNotListedIsLeftOutWithAWarning) {
     EXPECT_EQ(written.Warnings[0].Message,
               "audio clip 300000004 on track 10001 at sample 44100 refers to file 2000002, which the session does "
               "not list: the clip is left out");
-    EXPECT_EQ(s.Clips[1].GroupItemId, kClipLeftOut);
+    EXPECT_EQ(written.GroupItemIds[1], kClipLeftOut);
 }
 
 TEST(ClipWriter, PastAHundredLeftOutClipsAreOnlyCounted) {
@@ -209,7 +211,7 @@ TEST(ClipWriter, VideoClipsSayWhetherTheirFileIsHere) {
     s.Clips.push_back({.ClipId = 82847048, .FileId = 2000003, .Start = 300, .TrackId = 490000, .FileKind = 3});
     std::vector<Diagnostic> warnings;
     const ConvertOptions options;
-    DocumentWriter w{s, options, warnings, {}};
+    DocumentWriter w(s, options, warnings);
     WriteVideoClips(w, TrackOf(490000));
     EXPECT_EQ(w.out,
               R"(<videoClip endPoint="-1" fileID="0" hue="-1" id="0" lockedInTime="true" name="away.avi" offline="false" select="false" sourceInPoint="10" sourceOutPoint="-1" startPoint="100" zOrder="0">
@@ -243,7 +245,7 @@ TEST(ClipWriter, GroupsListTheItemsTheClipWriterNumbered) {
 
     std::vector<Diagnostic> warnings;
     const ConvertOptions options;
-    DocumentWriter w{s, options, warnings, {}};
+    DocumentWriter w(s, options, warnings);
     for (std::int32_t id : {10001, 10002}) WriteAudioClips(w, TrackOf(id));
     w.out.clear();
     WriteClipGroups(w);

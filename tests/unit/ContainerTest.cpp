@@ -96,18 +96,29 @@ TEST(Container, ProbeOfAFileOnDiskReadsOnlyTheHead) {
                                  .Version("Audition 1.5", 32)
                                  .ChunkWithLength("TRKS", 99999, Bytes())
                                  .Build());
-    const ImportResult probe = ImportSesFile(dir / "a.ses", {}, true, {});
+    const ImportResult probe = ProbeSesFile(dir / "a.ses");
     EXPECT_EQ(probe.Status, ImportStatus::Probed);
     EXPECT_EQ(probe.Version, "Audition 1.5");
     EXPECT_FALSE(std::filesystem::exists(dir / "a.sesx"));
 
     WriteFile(dir / "none.ses", SesBuilder().Chunk("hdr ", Bytes().Zeros(40)).Build());
-    const ImportResult noVersion = ImportSesFile(dir / "none.ses", {}, true, {});
+    const ImportResult noVersion = ProbeSesFile(dir / "none.ses");
     EXPECT_EQ(noVersion.Status, ImportStatus::Probed);
     EXPECT_FALSE(noVersion.VersionRead);
 
     WriteFile(dir / "text.ses", std::string("just some text, not a session"));
-    EXPECT_EQ(ImportSesFile(dir / "text.ses", {}, true, {}).Result, -1);
+    EXPECT_EQ(ProbeSesFile(dir / "text.ses").Result, -1);
+
+    // A version behind the head is found in the whole file; a file cut
+    // short fails as the whole walk fails it.
+    auto late = SesBuilder().Chunk("junk", Bytes().Zeros(100000)).Version("Audition 2.0").Build();
+    WriteFile(dir / "late.ses", late);
+    EXPECT_EQ(ProbeSesFile(dir / "late.ses").Version, "Audition 2.0");
+    late.resize(90000);
+    WriteFile(dir / "late.ses", late);
+    const ImportResult cut = ProbeSesFile(dir / "late.ses");
+    EXPECT_EQ(cut.Status, ImportStatus::Failed);
+    EXPECT_EQ(cut.Message, "chunk \"junk\" at offset 12 ends at offset 100020, past the end of the file (90000 bytes)");
 }
 
 TEST(Container, ProbeOfAFileOnDiskStepsOverChunksAsTheirReadersDo) {
@@ -120,7 +131,7 @@ TEST(Container, ProbeOfAFileOnDiskStepsOverChunksAsTheirReadersDo) {
                            .Version("Audition 3.0")
                            .Build();
     WriteFile(dir / "a.ses", bytes);
-    const ImportResult probe = ImportSesFile(dir / "a.ses", {}, true, {});
+    const ImportResult probe = ProbeSesFile(dir / "a.ses");
     EXPECT_EQ(probe.Status, ImportStatus::Probed);
     EXPECT_EQ(probe.Version, "Audition 3.0");
     EXPECT_EQ(Read(bytes, true).Version, "Audition 3.0");

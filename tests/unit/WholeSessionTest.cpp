@@ -8,6 +8,8 @@
 #include "TestSupport.h"
 #include "TrackPayloads.h"
 #include "WholeSessions.h"
+#include "reader/Assembly.h"
+#include "writer/ExportSesx.h"
 
 namespace morvanta::testing {
 
@@ -41,6 +43,24 @@ TEST(WholeSessions, ASessionWithEveryKindOfTrack) {
     const ImportResult result = Convert(TracksExampleSession(), {}, "tracks");
     ASSERT_EQ(result.Status, ImportStatus::Converted) << result.Message;
     ExpectGolden("tracks.sesx", result.Document);
+}
+
+// The writer only reads the session: a second document of the same session
+// is the same, escaped names, master order and group numbers included.
+TEST(WholeSessions, WritingASessionTwiceGivesTheSameBytes) {
+    for (const auto& [bytes, stem] : {std::pair{TracksExampleSession(), "tracks"},
+                                      std::pair{WholeSession("Audition 3.0"), "audition-3.0"}}) {
+        Session session;
+        ASSERT_EQ(ReadSesBytes(bytes, session, {}).Status, ImportStatus::Converted);
+        session.SourcePath = "C:\\Sessions\\" + std::string(stem) + ".ses";
+        std::vector<Diagnostic> warnings;
+        AssembleSession(session, {}, warnings);
+        const Session before = session;
+        const std::string first = ExportSesxFile(session, {}, std::string(stem) + ".sesx", warnings);
+        EXPECT_EQ(ExportSesxFile(session, {}, std::string(stem) + ".sesx", warnings), first) << stem;
+        EXPECT_TRUE(session == before) << stem;
+        ExpectGolden(std::string(stem) + ".sesx", first);
+    }
 }
 
 // With a language, Audition 1.5 and later take their media names from the
