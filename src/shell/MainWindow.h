@@ -1,8 +1,11 @@
-// Main: the whole application in one window. The folder tree and the type
-// filter on the left, the session list and the target on the right, the
-// action row at the bottom. It owns the start and the end of the program
-// and drives scans and conversion runs, which the core does on a worker
-// thread while the frames are disabled.
+// The main window of Morvanta. Left: the folder tree, with the automatic
+// refresh and sub-folder boxes, and above it the list of writer versions
+// that narrows the session list. Right: the session list with its totals,
+// and below it where the documents go (beside their sessions or into one
+// folder). Bottom: the tick buttons, the language and path-name options and
+// Convert, with a progress bar that takes their place during a run. The
+// window starts and ends the program; scans and runs go to the core on a
+// worker thread, and the controls are disabled until they are done.
 #pragma once
 
 #include <QMainWindow>
@@ -52,7 +55,7 @@ public:
     // The folder that stands for the program's own folder: the home folder.
     static QString ProgramFolder();
 
-    // What the shell Parts share through the window.
+    // What the tree, the list and the prompts read of the window.
     const SessionList& Sessions() const { return sessions_; }
     const FileTypeTicks& FileTypes() const { return types_; }
     Dirtree* FolderTree() const { return folderTree_; }
