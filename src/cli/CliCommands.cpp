@@ -13,6 +13,7 @@
 #include "reader/ImportSes.h"
 #include "run/ConversionRun.h"
 #include "run/Discovery.h"
+#include "services/ProgramLocation.h"
 #include "services/Recoding.h"
 #include "services/TextHelpers.h"
 
@@ -118,6 +119,18 @@ int AskOnTerminal(const std::string& targetPath, std::ostream& err) {
 
 }  // namespace
 
+// The catalogue folder a command names, else the shipped one. Nothing,
+// after a message, when the named folder does not exist.
+std::optional<fs::path> CatalogueFolderFor(const std::string& named, std::ostream& err) {
+    if (named.empty()) return ShippedCatalogueFolder(ProgramFile());
+    std::error_code ec;
+    if (!fs::is_directory(named, ec)) {
+        err << "morvanta: the catalogue folder " << named << " does not exist\n";
+        return std::nullopt;
+    }
+    return fs::path(named);
+}
+
 std::string LanguageNames() {
     std::string names;
     for (const LanguageRow& row : LanguageTable) {
@@ -142,6 +155,9 @@ int RunConvert(const ConvertCommand& command, std::ostream& out, std::ostream& e
         settings.Convert.NonEnglish = true;
         settings.Convert.Charset = *charset;
     }
+    const std::optional<fs::path> catalogues = CatalogueFolderFor(command.Catalogues, err);
+    if (!catalogues) return kExitUsage;
+    settings.Convert.CatalogueFolder = *catalogues;
     if (!command.OutFolder.empty()) {
         std::error_code ec;
         if (!fs::is_directory(command.OutFolder, ec)) {
@@ -287,10 +303,14 @@ int RunInfo(const InfoCommand& command, std::ostream& out, std::ostream& err) {
         err << "morvanta: " << command.File << ": cannot open the file\n";
         return kExitUsage;
     }
+    const std::optional<fs::path> catalogues = CatalogueFolderFor(command.Catalogues, err);
+    if (!catalogues) return kExitUsage;
     std::vector<std::uint8_t> bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     Session session;
     std::vector<ChunkHeader> chunks;
-    const ImportResult result = ReadSesBytes(bytes, session, ConvertOptions{}, false, &chunks);
+    ConvertOptions options;
+    options.CatalogueFolder = *catalogues;
+    const ImportResult result = ReadSesBytes(bytes, session, options, false, &chunks);
 
     const ByteReader file(bytes);
     const std::string magic = file.Contains(0, 8) ? file.NonZeroBytes(0, 8) : std::string();
@@ -311,6 +331,11 @@ int RunInfo(const InfoCommand& command, std::ostream& out, std::ostream& err) {
         for (std::size_t i = 0; i < chunks.size(); ++i)
             out << (i ? "," : "") << "{\"tag\":" << JsonString(chunks[i].Tag) << ",\"offset\":" << chunks[i].Position
                 << ",\"length\":" << chunks[i].PayloadLength << "}";
+        out << "],\"effects\":[";
+        for (std::size_t i = 0; i < result.Effects.size(); ++i)
+            out << (i ? "," : "") << "{\"owner\":" << JsonString(result.Effects[i].Owner)
+                << ",\"effect\":" << JsonString(result.Effects[i].Effect)
+                << ",\"route\":" << JsonString(result.Effects[i].Route) << "}";
         out << "],\"error\":" << JsonString(failure) << "}\n";
     } else {
         out << "File:            " << command.File << "\n";
@@ -328,6 +353,11 @@ int RunInfo(const InfoCommand& command, std::ostream& out, std::ostream& err) {
                 out << "  " << std::left << std::setw(10) << c.Position << std::setw(8) << ("\"" + tag + "\"")
                     << c.PayloadLength << "\n";
             }
+        }
+        if (!result.Effects.empty()) {
+            out << "Effects:\n";
+            for (const EffectReport& effect : result.Effects)
+                out << "  " << effect.Owner << ": \"" << effect.Effect << "\" -> " << effect.Route << "\n";
         }
         if (!failure.empty()) err << "morvanta: " << failure << "\n";
     }

@@ -22,6 +22,7 @@ struct ConvertCommand {
     bool Recursive = false;
     bool Json = false;
     std::string Language;  // a language name or a charset; empty: no recoding
+    std::string Catalogues;  // a folder of effect catalogues; empty: the shipped ones
 };
 
 struct ScanCommand {
@@ -33,6 +34,7 @@ struct ScanCommand {
 struct InfoCommand {
     std::string File;
     bool Json = false;
+    std::string Catalogues;  // as for convert
 };
 
 // The language names of the recoding with their charsets, for messages.

@@ -37,6 +37,8 @@ int main(int argc, char** argv) {
                            "\"Central European\", \"Cyrillic\", \"Greek\", \"Japanese 1\", \"Japanese 2\", "
                            "\"Korean\", \"Russian\", \"Simple Chinese\", \"Thai\", \"Traditional Chinese\", "
                            "\"Vietnamese\", \"Western\", or a charset name such as ISO-8859-2");
+    convertApp->add_option("--catalogues", convert.Catalogues,
+                           "Folder of effect catalogues to use instead of the shipped ones; it must exist");
     convertApp->add_flag("--json", convert.Json, "Print one JSON document instead of lines");
 
     ScanCommand scan;
@@ -46,8 +48,11 @@ int main(int argc, char** argv) {
     scanApp->add_flag("--json", scan.Json, "Print one JSON document instead of lines");
 
     InfoCommand info;
-    auto* infoApp = app.add_subcommand("info", "Show the header, version and chunks of one session file");
+    auto* infoApp = app.add_subcommand(
+        "info", "Show the header, version and chunks of one session file, and the route of each of its effects");
     infoApp->add_option("FILE", info.File, "Session file")->required();
+    infoApp->add_option("--catalogues", info.Catalogues,
+                        "Folder of effect catalogues to use instead of the shipped ones; it must exist");
     infoApp->add_flag("--json", info.Json, "Print one JSON document instead of lines");
 
     try {

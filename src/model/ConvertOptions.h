@@ -4,9 +4,12 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <memory>
 #include <string>
 
 namespace morvanta {
+
+class CatalogueStore;
 
 struct ConvertOptions {
     // Names come from the 16-bit wave list and the comment path is made
@@ -17,8 +20,11 @@ struct ConvertOptions {
     std::string Charset;
     // The file list names media files without their folders.
     bool NoPathNames = false;
-    // Where the effect catalogues lie.
+    // Where the effect catalogues lie; empty: no catalogues, so every effect
+    // is left out. A run fills Catalogues once for all its files, which then
+    // share each catalogue it has read; without it each file reads its own.
     std::filesystem::path CatalogueFolder;
+    std::shared_ptr<CatalogueStore> Catalogues;
     // The largest document written for one session. Tracks or clips that
     // share an id repeat each other's points, so a damaged file of a few
     // megabytes could otherwise ask for a document of gigabytes.

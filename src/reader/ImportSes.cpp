@@ -4,10 +4,12 @@
 
 #include <array>
 #include <cstring>
+#include <optional>
 
 #include "model/VersionClasses.h"
 #include "reader/ChunkReaders.h"
 #include "reader/ReadError.h"
+#include "reader/effects/Catalogues.h"
 #include "services/TextHelpers.h"
 
 namespace morvanta {
@@ -167,7 +169,17 @@ ImportResult ReadSesBytes(std::span<const std::uint8_t> bytes, Session& session,
 
     try {
         ReadContext ctx{session, file, options, VersionOnly, 0, result.Warnings, visited};
+        // A run shares one store between its files; a single file reads its own.
+        std::optional<CatalogueStore> ownStore;
+        ctx.catalogues = options.Catalogues.get();
+        if (!ctx.catalogues && !options.CatalogueFolder.empty())
+            ctx.catalogues = &ownStore.emplace(options.CatalogueFolder);
         ctx.DeclaredLength = file.Int32(8);
+        struct KeepEffects {
+            ReadContext& ctx;
+            ImportResult& result;
+            ~KeepEffects() { result.Effects = std::move(ctx.effects); }
+        } keep{ctx, result};
         WalkChunks(ctx);
         result.Status = VersionOnly ? ImportStatus::Probed : ImportStatus::Converted;
     } catch (const ProbeDone&) {

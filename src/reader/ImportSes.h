@@ -27,6 +27,16 @@ struct ChunkHeader {
     std::int64_t End() const { return PayloadPosition + PayloadLength; }
 };
 
+class CatalogueStore;
+
+// The route one effect of the session took: its catalogue, a fallback line,
+// or none (the effect is left out).
+struct EffectReport {
+    std::string Owner;   // "track 3 \"Vocals\"", "bus 20001 \"Reverb bus\""
+    std::string Effect;  // the name the session gives it
+    std::string Route;   // "catalogue Reverb30.Kelfx", "fallback line 4 of EverythingElse30.Kelfx", "left out"
+};
+
 // What a chunk reader works with. Readers take positions from the chunk and
 // return the position of the next chunk.
 struct ReadContext {
@@ -39,6 +49,9 @@ struct ReadContext {
     std::vector<ChunkHeader>* visited = nullptr;  // filled when asked for (morvanta info)
     // Bytes of name buffers the wave lists have read so far in this file.
     std::int64_t WaveNameBytes = 0;
+    // The effect catalogues; none when no folder is set.
+    CatalogueStore* catalogues = nullptr;
+    std::vector<EffectReport> effects{};
 };
 
 using ChunkReader = std::int64_t (*)(ReadContext&, const ChunkHeader&);
@@ -60,6 +73,7 @@ struct ImportResult {
     std::int64_t ErrorOffset = -1;
     std::string ErrorChunk;
     std::vector<Diagnostic> Warnings;
+    std::vector<EffectReport> Effects;  // in reading order
     std::string Document;  // the finished document
 };
 

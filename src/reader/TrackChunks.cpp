@@ -11,6 +11,8 @@
 #include "reader/ReadLimits.h"
 #include "reader/TrackVersions.h"
 #include "reader/WideText.h"
+#include "reader/effects/EffectRacks.h"
+#include "reader/effects/ValueExpression.h"
 #include "services/Conversions.h"
 #include "services/NumberText.h"
 #include "services/TextHelpers.h"
@@ -119,6 +121,42 @@ constexpr std::int64_t kMinimumLaneSize = 8;            // name and length
 constexpr std::int64_t kMinimumRackParameterSize = 22;  // name, 10 bytes, text, length
 constexpr std::int64_t kMinimumSendEntrySize = 64;
 
+// The effect list.
+constexpr std::int64_t kMinimumEffectEntrySize = 44;  // two texts, a length, 28 bytes, a text
+constexpr std::int64_t kEffectNameOffset = 28;
+constexpr std::int64_t kEffectParameterNameOffset = 26;
+constexpr std::int64_t kEffectPointCountOffset = 306;
+constexpr std::size_t kEffectNameWidth = 256;
+constexpr std::int64_t kLargestPreset = 500000;
+constexpr std::int64_t kLargestHardLimitingPreset = 100;
+constexpr std::pair<std::string_view, std::string_view> kRenamedKeys[] = {
+    {"PSP\\EasyVerb", "PSP Easyverb"},
+    {"PSP\\NobleQ", "PSP NobleQ"},
+    {"PSP\\NobleQex", "PSP NobleQex"},
+    {"PSP\\MixTreble2", "PSP MixTreble2"},
+    {"PSP\\oldTimer", "PSP oldTimer"},
+    {"PSP\\oldTimerME", "PSP oldTimerME"},
+    {"PSP\\MicroWarmer", "PSP MicroWarmer"},
+    {"PSP\\MixGate2", "PSP MixGate2"},
+    {"PSP\\VintageWarmer", "PSP VintageWarmer"},
+    {"PSP\\VintageWarmer2", "PSP VintageWarmer2"},
+    {"PSP\\StereoEnhancer", "PSP StereoEnhancer"},
+    {"PSP\\PseudoStereo", "PSP PseudoStereo"},
+    {"PSP\\StereoAnalyser", "PSP StereoAnalyser"},
+    {"PSP\\StereoController", "PSP StereoController"},
+    {"PSP\\Neon\\STD", "PSP Neon STD"},
+    {"PSP\\Neon\\HR", "PSP Neon HR"},
+    {"PSP\\Neon\\MIX", "PSP Neon MIX"},
+    {"PSP\\MixBass2", "PSP MixBass2"},
+    {"PSP\\MixPressor2", "PSP MixPressor2"},
+    {"PSP\\MixSaturator2", "PSP MixSaturator2"},
+    {"PSP\\MixSync2", "PSP MixSync2"},
+    {"PSP\\608 MultiDelay", "PSP 608 MultiDelay"},
+    {"PSP\\85", "PSP 85"},
+    {"PSP\\PianoVerb", "PSP PianoVerb"},
+    {"PSP\\Xenon", "PSP Xenon"},
+};
+
 constexpr int kPhaseParameter = 2;
 constexpr int kEqParameters = 12;
 
@@ -142,7 +180,7 @@ double PercentToFraction(double percent) {
 class UpperTrackChunk {
 public:
     explicit UpperTrackChunk(ReadContext& ctx)
-        : file_(ctx.file), session_(ctx.session), encoder_(ctx.options.Charset) {}
+        : ctx_(ctx), file_(ctx.file), session_(ctx.session), encoder_(ctx.options.Charset) {}
 
     // Reads `count` entries from `position`; returns where the last ended.
     std::int64_t ReadEntries(std::int64_t countPosition, std::int32_t count, std::int64_t position) {
@@ -320,9 +358,11 @@ private:
         p = ReadSections(track, p);
         p = ReadLanes(track, p);
         p = ReadRackBlock(track, p);
-        ReadSendList(track, p);
-        // Behind the send list stands the track's effect list. It is stepped
-        // over, with anything else up to the record's end, until it is read.
+        // The effect list closes the record; a record that ends with its
+        // send list has none.
+        p = ReadSendList(track, p);
+        if (p + 4 <= next) ReadEffectList(track, p);
+        // Anything behind the effect list, up to the record's end, is stepped over.
         session_.SesTracks.push_back(std::move(track));
         return next;
     }
@@ -452,7 +492,8 @@ private:
     }
 
     // The send list: 16 slots are kept, later sends are stepped over.
-    void ReadSendList(const SesTrack& track, std::int64_t p) {
+    // Returns the position behind it.
+    std::int64_t ReadSendList(const SesTrack& track, std::int64_t p) {
         const std::int32_t count = file_.Int32(p);
         RequireRoomFor(file_, p, count, kMinimumSendEntrySize, p + 4, "send");
         TrackSend sends;
@@ -474,6 +515,7 @@ private:
             slot.PreFader = file_.Int32(a + listLength + 16);
         }
         session_.TrackSends.push_back(sends);
+        return p;
     }
 
     void ReadSendParameters(const SesTrack& track, std::int32_t slotNumber, SendSlotSettings& slot,
@@ -502,8 +544,116 @@ private:
         }
     }
 
+    // The effect list behind the send list (docs/format/effects.md, "Effect
+    // lists"). Each entry's own length leads to the next, whatever was read.
+    void ReadEffectList(const SesTrack& track, std::int64_t p) {
+        const std::int32_t count = file_.Int32(p);
+        RequireRoomFor(file_, p, count, kMinimumEffectEntrySize, p + 4, "effect");
+        p += 4;
+        for (std::int32_t e = 1; e <= count; ++e) {
+            Spend(1, p);
+            const std::int64_t lengthPosition = SkipText(p);
+            const std::int64_t entryLength = ReadLength(file_, lengthPosition, "effect entry");
+            const std::int64_t a = lengthPosition + 4;
+            ReadEffectEntry(track, e, a);
+            p = a + entryLength;
+        }
+    }
+
+    void ReadEffectEntry(const SesTrack& track, std::int32_t e, std::int64_t a) {
+        const std::string nameField = ZeroSkippedText(a + kEffectNameOffset);
+        const std::int64_t presetPosition = SkipText(a + kEffectNameOffset);
+        const std::int64_t presetBytes = 2 * TextUnits(presetPosition);
+        const std::string presetField = ZeroSkippedText(presetPosition);
+
+        // The key: the first half of the name field, behind its first
+        // backslash, trimmed, and renamed by the table.
+        std::string name = nameField.substr(0, static_cast<std::size_t>(
+                                                   RoundHalfEven(static_cast<double>(nameField.size()) / 2)));
+        if (const auto slash = name.find('\\'); slash != std::string::npos) name.erase(0, slash + 1);
+        std::string key = TrimBlanks(name);
+        for (const auto& [from, to] : kRenamedKeys)
+            if (key == from) key = to;
+        const std::string fileKey = ReplaceAll(key, "\\", "");
+
+        const bool presetKept = presetBytes <= kLargestPreset && key != "Ambience" && key != "Delay" &&
+                                key != "Multiband Compressor" &&
+                                (key != "Hard Limiting" || presetBytes <= kLargestHardLimitingPreset);
+        RackSlot slot;
+        slot.OwnerId = track.TrackId;
+        slot.EffectName = FixedText(name, kEffectNameWidth);
+        slot.PresetText = presetKept ? PresetTextOf(presetField) : std::string();
+
+        const EffectSource source{"track " + std::to_string(track.TrackId) + " \"" + track.Name + "\"", key, a};
+        const std::string& version = session_.SesVersion;
+        const EffectCatalogue* catalogue =
+            Aud30(version) || Aud20(version) ? FindCatalogue(ctx_, source, fileKey, CatalogueGeneration::Named)
+                                             : nullptr;
+        if (!catalogue) {
+            AppendFallbackEffect(ctx_, source, fileKey, std::move(slot));
+            return;
+        }
+        slot.SlotNumber = e - 1;
+        EffectRows rows = AppendCatalogueEffect(ctx_, source, *catalogue, fileKey + "30.Kelfx", std::move(slot), e - 1);
+
+        // The parameter block behind the preset: 16 bytes, a text, 4 bytes, the count.
+        const std::int64_t countPosition = SkipText(SkipText(presetPosition) + 16) + 4;
+        const std::int32_t count = file_.Int32(countPosition);
+        RequireRoomFor(file_, countPosition, count, kMinimumParameterSize, countPosition + 4, "effect parameter");
+        std::int64_t p = countPosition + 4;
+        for (std::int32_t i = 0; i < count; ++i) {
+            Spend(1, p);
+            const std::int64_t lengthPosition = SkipText(p);
+            const std::int64_t length = ReadLength(file_, lengthPosition, "effect parameter");
+            const std::int64_t d = lengthPosition + 4;
+            const std::string parameter = EffectParameterName(d + kEffectParameterNameOffset);
+            const std::int64_t pointCount = d + kEffectPointCountOffset;
+            // A single point is no automation.
+            if (const std::int32_t n = file_.Int32(pointCount); n > 1) {
+                ReadPoints(pointCount, n, pointCount + 4, [&](std::int32_t, std::int32_t offset, double value) {
+                    session_.EffectAutomation.push_back({track.TrackId, offset, RoundTo12Places(value), e - 1,
+                                                         static_cast<std::int32_t>(rows.Slot + 1),
+                                                         FixedText(parameter, kParameterNameWidth)});
+                });
+            }
+            const double value = file_.Double(d + length - 8);
+            try {
+                TranslateNamedParameter(session_, key, rows, parameter, value, mismatchSeen_);
+            } catch (const ExpressionError& error) {
+                FailEffect(source, d, error);
+            } catch (const EffectStepError& error) {
+                FailEffect(source, d, error);
+            }
+            p = d + length;
+        }
+    }
+
+    // An effect parameter's name: one byte a character with zero bytes
+    // between, ended by two zero bytes in a row or by the end of the file.
+    // No catalogue name is longer than the width kept here.
+    std::string EffectParameterName(std::int64_t position) {
+        std::string name;
+        bool lastWasZero = false;
+        for (std::int64_t p = position; p < file_.Size() && name.size() < kEffectNameWidth; ++p) {
+            const std::uint8_t b = file_.Byte(p);
+            if (b == 0) {
+                if (lastWasZero) break;
+                lastWasZero = true;
+            } else {
+                name.push_back(static_cast<char>(b));
+                lastWasZero = false;
+            }
+        }
+        Spend(static_cast<std::int64_t>(name.size()), position);
+        return name;
+    }
+
+    ReadContext& ctx_;
     const ByteReader& file_;
     Session& session_;
+    // Once a parameter of this chunk has been tried against a catalogue row
+    // of another name, a failing step of a later one no longer fails the file.
+    bool mismatchSeen_ = false;
     WideTextEncoder encoder_;     // into the 8-bit texts' charset, when one is named
     std::int64_t entry_ = 0;      // the entry being read
     std::int64_t entrySize_ = 0;  // its size, up to where the next entry starts

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "reader/effects/Catalogues.h"
 #include "run/ConvertFile.h"
 
 namespace morvanta {
@@ -93,6 +94,10 @@ std::vector<std::string> ProblemLines(const RunSummary& summary) {
 RunSummary RunConversion(std::vector<RunRow>& rows, const RunSettings& settings, const RunCallbacks& callbacks) {
     RunSummary summary;
     summary.CheckedCount = GetNumberChecked(rows);
+    // Every file of the run shares the catalogues read for any of them.
+    RunSettings run = settings;
+    if (!run.Convert.Catalogues && !run.Convert.CatalogueFolder.empty())
+        run.Convert.Catalogues = std::make_shared<CatalogueStore>(run.Convert.CatalogueFolder);
     bool overwriteAll = false;
 
     for (std::size_t i = 0; i < rows.size(); ++i) {
@@ -130,7 +135,7 @@ RunSummary RunConversion(std::vector<RunRow>& rows, const RunSettings& settings,
         if (callbacks.Progress)
             callbacks.Progress(RunProgress{summary.ConvertedCount + 1, summary.CheckedCount, outcome.SourcePath});
 
-        ImportResult result = ImportSesFile(outcome.SourcePath, outcome.TargetPath, false, settings.Convert);
+        ImportResult result = ImportSesFile(outcome.SourcePath, outcome.TargetPath, false, run.Convert);
         outcome.Status = StatusOf(result.Status);
         outcome.Version = result.Version;
         outcome.Warnings = std::move(result.Warnings);

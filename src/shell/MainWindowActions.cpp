@@ -13,6 +13,7 @@
 #include <QRadioButton>
 #include <QTreeView>
 
+#include "services/ProgramLocation.h"
 #include "services/Recoding.h"
 #include "shell/BackgroundWork.h"
 #include "shell/Dirtree.h"
@@ -247,6 +248,7 @@ RunSettings MainWindow::CurrentRunSettings() const {
     settings.Target = targetOptions_[0]->isChecked() ? TargetOption::SourceFolders : TargetOption::SpecificFolder;
     settings.TargetFolder = LocalPath(targetTextBox_->text());
     settings.Convert.NoPathNames = noPathNames_;
+    settings.Convert.CatalogueFolder = ShippedCatalogueFolder(ProgramFile());
     if (nonEnglishCheck_->isChecked()) {
         settings.Convert.NonEnglish = true;
         const int row = std::max(0, languageList_->currentIndex());

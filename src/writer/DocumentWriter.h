@@ -16,9 +16,11 @@
 namespace morvanta {
 
 // The clip writers' lookups by track, file and clip id, and the track
-// writers' by track id, send slot and bus, each built once per document.
+// writers' by track id, send slot and bus, and the effects rack's by owner,
+// slot and parameter, each built once per document.
 struct ClipIndex;
 struct TrackLookups;
+struct RackLookups;
 
 // The GroupItemId of a clip that was left out of the document: no group item names it.
 inline constexpr std::int32_t kClipLeftOut = -1;
@@ -47,6 +49,7 @@ struct DocumentWriter {
 
     std::shared_ptr<const ClipIndex> clipIndex{};
     std::shared_ptr<const TrackLookups> trackLookups{};
+    std::shared_ptr<const RackLookups> rackLookups{};
 
     // Clips left out for a file the session does not list; the first few
     // are reported one by one, the rest in one count.

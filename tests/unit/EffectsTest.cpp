@@ -1,0 +1,229 @@
+// Effects from session to document: the effect lists of the later track
+// chunks, the older racks and buses, through the test's own catalogues in
+// tests/catalogues (never the shipped ones), and the catalogues themselves.
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "EffectPayloads.h"
+#include "SessionPayloads.h"
+#include "TestSupport.h"
+#include "TrackPayloads.h"
+#include "reader/effects/Catalogues.h"
+
+namespace morvanta::testing {
+namespace {
+
+const std::filesystem::path kTestCatalogues = kSourceDir / "tests" / "catalogues";
+
+ConvertOptions WithTestCatalogues() {
+    ConvertOptions options;
+    options.CatalogueFolder = kTestCatalogues;
+    return options;
+}
+
+std::vector<std::string> WarningTexts(const ImportResult& result) {
+    std::vector<std::string> texts;
+    for (const Diagnostic& warning : result.Warnings) texts.push_back(warning.Message);
+    return texts;
+}
+
+std::vector<std::string> Routes(const ImportResult& result) {
+    std::vector<std::string> routes;
+    for (const EffectReport& e : result.Effects) routes.push_back(e.Owner + " " + e.Effect + ": " + e.Route);
+    return routes;
+}
+
+std::vector<std::uint8_t> LaterSession(const std::string& version) {
+    TrackEntry vocal = NamedEntry(1, u"Vocal");
+    vocal.EffectList = EffectListBytes({
+        {.Name = u"Parametric Equalizer",
+         .Parameters = {{"Low Shelf Cutoff", {}, 0.5}, {"Band 1 Width", {{0, 50}, {100, 60}}, 50}, {"Master Gain", {}, 0}}},
+        {.Name = u"Reverb", .Parameters = {{"Decay", {}, 0.5}}},
+        {.Name = u"Warm Tape", .Folder = u"VST", .PresetHex = "48656C6C6F"},
+        {.Name = u"Channel Mixer", .Parameters = {{"Gain Left to Left", {}, 0.25}, {"Gain Right to Left", {}, 0.75}}},
+    });
+    TrackEntry guitar = NamedEntry(2, u"Guitar");
+    guitar.EffectList = EffectListBytes({
+        {.Name = u"Graphic Equalizer", .Parameters = {{"Number of Bands", {}, 0.1}, {"Band 1", {}, 0.7}, {"Band 12", {}, 0.9}}},
+        {.Name = u"Dynamics Processing",
+         .Parameters = {{"Level Detector - Attack Time", {}, 0.123456789},
+                        {"Number of X/Y Pairs", {}, 0.0507805},
+                        {"Low Cutoff", {{0, 0.1}, {4410, 0.3}}, -0.2}}},
+    });
+    TrackEntry bus = NamedEntry(20001, u"Reverb bus");
+    bus.BusId = 20001;
+    bus.EffectList = EffectListBytes({{.Name = u"Channel Mixer", .Parameters = {{"Gain Right to Left", {}, 0.1}}}});
+    return SesBuilder()
+        .Chunk("hdr ", HeaderBytes(44100))
+        .Version(version, 32)
+        .Chunk("TRKS", UpperTrksPayload(version != "Audition 1.5", 3, {TrackEntryBytes(vocal), TrackEntryBytes(guitar), TrackEntryBytes(bus)}))
+        .Build();
+}
+
+TEST(Effects, TheEffectListsOfATrackChunkReachTheDocument) {
+    const ImportResult result = Convert(LaterSession("Audition 3.0"), WithTestCatalogues(), "effects-audition-3.0");
+    ASSERT_EQ(result.Status, ImportStatus::Converted) << result.Message;
+    ExpectGolden("effects-audition-3.0.sesx", result.Document);
+    EXPECT_EQ(Routes(result), (std::vector<std::string>{
+                                  "track 1 \"Vocal\" Parametric Equalizer: catalogue Parametric Equalizer30.Kelfx",
+                                  "track 1 \"Vocal\" Reverb: left out",
+                                  "track 1 \"Vocal\" Warm Tape: fallback line 1 of EverythingElse30.Kelfx",
+                                  "track 1 \"Vocal\" Channel Mixer: catalogue Channel Mixer30.Kelfx",
+                                  "track 2 \"Guitar\" Graphic Equalizer: catalogue Graphic Equalizer30.Kelfx",
+                                  "track 2 \"Guitar\" Dynamics Processing: catalogue Dynamics Processing30.Kelfx",
+                                  "track 20001 \"Reverb bus\" Channel Mixer: catalogue Channel Mixer30.Kelfx",
+                              }));
+    EXPECT_EQ(WarningTexts(result),
+              (std::vector<std::string>{
+                  "effect \"Reverb\" on track 1 \"Vocal\" is left out: no catalogue and no line in "
+                  "EverythingElse30.Kelfx name it",
+                  "effect \"Warm Tape\" on track 1 \"Vocal\" is written without its parameters, by line 1 of "
+                  "EverythingElse30.Kelfx",
+              }));
+
+    // Audition 1.5 takes every effect of its track chunk to the fallback
+    // file. Its slots carry the record's own track id, and these versions'
+    // tracks take 10000 more, so no rack reaches the document.
+    const ImportResult older = Convert(LaterSession("Audition 1.5"), WithTestCatalogues());
+    ASSERT_EQ(older.Status, ImportStatus::Converted) << older.Message;
+    std::vector<std::string> routes;
+    for (const EffectReport& e : older.Effects) routes.push_back(e.Effect + ": " + e.Route);
+    EXPECT_EQ(routes, (std::vector<std::string>{"Parametric Equalizer: left out", "Reverb: left out",
+                                                "Warm Tape: fallback line 1 of EverythingElse30.Kelfx",
+                                                "Channel Mixer: left out", "Graphic Equalizer: left out",
+                                                "Dynamics Processing: left out", "Channel Mixer: left out"}));
+    EXPECT_EQ(LinesStartingWith(older.Document, "<slot "), std::vector<std::string>{});
+}
+
+std::vector<std::uint8_t> OlderSession() {
+    TrksRecord drums{.Name = "Drums", .TrackId = 1};
+    TrksRecord keys{.Name = "Keys", .TrackId = 2};
+    return SesBuilder()
+        .Chunk("hdr ", HeaderBytes(44100))
+        .Version("Cool Edit Pro 2.1", 32)
+        .Chunk("trks", TrksPayload(104, false, {drums, keys}))
+        .Chunk("tkfx", TkfxPayload({{1,
+                                     {{"Effects\\Amplify", "1,0.5,"},
+                                      {"Effects\\Channel Mixer", std::string("-1,1,0,0.5,-0.5\0", 16)},
+                                      {"Effects\\Old Chorus", "0A0B0C"},
+                                      {"Effects\\Unknown", "1,"},
+                                      {"Effects\\..\\Amplify", "1,"}}},
+                                    {2, {{"Amplify", "0.25,0.5"}}}}))
+        .Chunk("BUSS", WideBusPayload({{"Reverb bus", 0.5, 0.25,
+                                        {{"Effects\\Amplify", "0.8,0.5"}, {"Effects\\Unknown", "1"},
+                                         {"Effects\\Amplify", "0.3,0.3"}}}}))
+        .Chunk("buss", NarrowBusPayload({{"Renamed", 0.7, 0.6, {}}, {"Narrow bus", 1, 1, {{"FX\\Amplify", "2,4,"}}}}))
+        .Build();
+}
+
+TEST(Effects, OlderRacksAndBusesReachTheDocument) {
+    const ImportResult result = Convert(OlderSession(), WithTestCatalogues(), "effects-cool-edit-pro-2.1");
+    ASSERT_EQ(result.Status, ImportStatus::Converted) << result.Message;
+    ExpectGolden("effects-cool-edit-pro-2.1.sesx", result.Document);
+    EXPECT_EQ(Routes(result), (std::vector<std::string>{
+                                  "track 10001 \"Drums\" Amplify: catalogue Amplify15.Kelfx",
+                                  "track 10001 \"Drums\" Channel Mixer: catalogue Channel Mixer15.Kelfx",
+                                  "track 10001 \"Drums\" Old Chorus: fallback line 3 of EverythingElse30.Kelfx",
+                                  "track 10001 \"Drums\" Unknown: left out",
+                                  "track 10001 \"Drums\" ..\\Amplify: left out",
+                                  "track 10002 \"Keys\" Amplify: catalogue Amplify15.Kelfx",
+                                  "bus 20001 \"Reverb bus\" Amplify: catalogue Amplify15.Kelfx",
+                                  "bus 20001 \"Reverb bus\" Unknown: left out",
+                                  "bus 20001 \"Reverb bus\" Amplify: catalogue Amplify15.Kelfx",
+                                  "bus 20002 \"Narrow bus\" Amplify: catalogue Amplify15.Kelfx",
+                              }));
+}
+
+// A catalogue that cannot be parsed fails each file that needs it, naming
+// the catalogue and its line; a file that needs none of it converts.
+TEST(Effects, ABrokenCatalogueFailsTheFilesThatNeedIt) {
+    TempDir dir;
+    struct Broken {
+        const char* File;
+        const char* Text;
+        const char* Message;
+    };
+    const Broken table[] = {
+        {"Amplify15.Kelfx", "Amplify\nid\n2\nLeft|1|\n", "line 5: the catalogue ends before its parameter row 2 of 2"},
+        {"Amplify15.Kelfx", "Amplify\nid\n1\nLeft 1\n", "line 4: a parameter row needs ParameterName|ParameterIndex|"
+                                                         "ValueExpression, with an optional |ValueFormat: \"Left 1\""},
+        {"Amplify15.Kelfx", "Amplify\nid\n1\nLeft|1|\n0\n1\n2\n", "line 8: the catalogue ends before its editor top"},
+        {"Amplify15.Kelfx", "Amplify\nid\n1\nLeft|1|1 +\n0\n0\n0\n0\n0\n",
+         "the expression \"11 +\" cannot be evaluated: it ends where a value or \")\" is wanted"},
+        {"EverythingElse30.Kelfx", "a|b|c\n\nx|Old Chorus|id\n",
+         "line 2: a fallback line needs at least three fields: free text|key|component id"},
+        {"EverythingElse30.Kelfx", "x|Old Chorus|id|1|2\n",
+         "line 1: a fallback line has three fields, or seven with the editor's height, left, top and width"},
+    };
+    const auto bytes = SesBuilder()
+                           .Version("Cool Edit Pro 2.1", 32)
+                           .Chunk("trks", TrksPayload(104, false, {{.Name = "Drums", .TrackId = 1}}))
+                           .Chunk("tkfx", TkfxPayload({{1, {{"Effects\\Amplify", "1,"}, {"Effects\\Old Chorus", "1"}}}}))
+                           .Build();
+    for (const Broken& row : table) {
+        std::filesystem::remove_all(dir.Path());
+        std::filesystem::create_directories(dir.Path());
+        std::filesystem::copy(kTestCatalogues, dir.Path());
+        WriteFile(dir / row.File, std::string(row.Text));
+        ConvertOptions options;
+        options.CatalogueFolder = dir.Path();
+        const ImportResult result = Convert(bytes, options);
+        EXPECT_EQ(result.Status, ImportStatus::Failed) << row.Text;
+        EXPECT_EQ(result.ErrorChunk, "tkfx");
+        const std::string expected = std::string(row.Message).starts_with("the expression")
+                                         ? row.Message
+                                         : (dir / row.File).string() + ", " + row.Message;
+        const std::string effect = std::string(row.File).starts_with("Every") ? "Old Chorus" : "Amplify";
+        EXPECT_EQ(result.Message, "effect \"" + effect + "\" on track 10001 \"Drums\": " + expected);
+    }
+}
+
+TEST(Effects, CatalogueNamesStayInsideTheirFolder) {
+    const std::filesystem::path folder = "/cat";
+    EXPECT_EQ(CataloguePath(folder, "Amplify15.Kelfx"), folder / "Amplify15.Kelfx");
+    EXPECT_EQ(CataloguePath(folder, "PSP\\Neon15.Kelfx"), folder / "PSP" / "Neon15.Kelfx");
+    for (const char* name : {"..\\x15.Kelfx", "a/../../x15.Kelfx", "\\x15.Kelfx", "/etc/x", "C:x15.Kelfx", "a\\\\b", ""})
+        EXPECT_EQ(CataloguePath(folder, name), std::nullopt) << name;
+}
+
+// Every shipped catalogue parses and names a well-formed component id: a
+// lower-case GUID, or the plug-in forms "2:", "3:", "4:".
+TEST(Effects, EveryShippedCatalogueParses) {
+    auto wellFormed = [](const std::string& id) {
+        if (id.starts_with("2:") || id.starts_with("3:") || id.starts_with("4:")) return id.size() > 2;
+        if (id.size() != 36) return false;
+        for (std::size_t i = 0; i < id.size(); ++i) {
+            const bool dash = i == 8 || i == 13 || i == 18 || i == 23;
+            if (dash ? id[i] != '-' : !((id[i] >= '0' && id[i] <= '9') || (id[i] >= 'a' && id[i] <= 'f'))) return false;
+        }
+        return true;
+    };
+    int files = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(kSourceDir / "catalogues")) {
+        const std::string name = entry.path().filename().string();
+        if (!name.ends_with(".Kelfx")) continue;
+        ++files;
+        const std::string text = ReadFile(entry.path());
+        if (name == kFallbackFileName) {
+            for (const FallbackLine& line : ParseFallbackLines(text)) {
+                ASSERT_GE(line.Fields.size(), 3u) << name << " line " << line.LineNumber;
+                EXPECT_TRUE(line.Fields.size() == 3 || line.Fields.size() == 7) << name << " line " << line.LineNumber;
+                EXPECT_TRUE(wellFormed(line.Fields[2])) << name << " line " << line.LineNumber;
+            }
+            continue;
+        }
+        const auto generation = name.ends_with("30.Kelfx") ? CatalogueGeneration::Named : CatalogueGeneration::Positional;
+        try {
+            const EffectCatalogue catalogue = ParseCatalogue(text, generation, name);
+            EXPECT_TRUE(wellFormed(catalogue.ComponentId)) << name << ": " << catalogue.ComponentId;
+            EXPECT_FALSE(catalogue.Rows.empty()) << name;
+        } catch (const CatalogueError& error) {
+            ADD_FAILURE() << error.what();
+        }
+    }
+    EXPECT_GT(files, 0);
+}
+
+}  // namespace
+}  // namespace morvanta::testing
