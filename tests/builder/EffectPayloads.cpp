@@ -1,5 +1,7 @@
 #include "EffectPayloads.h"
 
+#include "SessionPayloads.h"
+
 namespace morvanta::testing {
 namespace {
 
@@ -96,6 +98,54 @@ Bytes NarrowBusPayload(const std::vector<BusRecord>& buses) {
         b.Append(WithLength(record.Zeros(kSpare)));
     }
     return b;
+}
+
+std::vector<std::uint8_t> EffectsSession(const std::string& version) {
+    TrackEntry vocal = NamedEntry(1, u"Vocal");
+    vocal.EffectList = EffectListBytes({
+        {.Name = u"Parametric Equalizer",
+         .Parameters = {{"Low Shelf Cutoff", {}, 0.5}, {"Band 1 Width", {{0, 50}, {100, 60}}, 50}, {"Master Gain", {}, 0}}},
+        {.Name = u"Reverb", .Parameters = {{"Decay", {}, 0.5}}},
+        {.Name = u"Warm Tape", .Folder = u"VST", .PresetHex = "48656C6C6F"},
+        {.Name = u"Channel Mixer", .Parameters = {{"Gain Left to Left", {}, 0.25}, {"Gain Right to Left", {}, 0.75}}},
+    });
+    TrackEntry guitar = NamedEntry(2, u"Guitar");
+    guitar.EffectList = EffectListBytes({
+        {.Name = u"Graphic Equalizer", .Parameters = {{"Number of Bands", {}, 0.1}, {"Band 1", {}, 0.7}, {"Band 12", {}, 0.9}}},
+        {.Name = u"Dynamics Processing",
+         .Parameters = {{"Level Detector - Attack Time", {}, 0.123456789},
+                        {"Number of X/Y Pairs", {}, 0.0507805},
+                        {"Low Cutoff", {{0, 0.1}, {4410, 0.3}}, -0.2}}},
+    });
+    TrackEntry bus = NamedEntry(20001, u"Reverb bus");
+    bus.BusId = 20001;
+    bus.EffectList = EffectListBytes({{.Name = u"Channel Mixer", .Parameters = {{"Gain Right to Left", {}, 0.1}}}});
+    return SesBuilder()
+        .Chunk("hdr ", HeaderBytes(44100))
+        .Version(version, 32)
+        .Chunk("TRKS", UpperTrksPayload(version != "Audition 1.5", 3, {TrackEntryBytes(vocal), TrackEntryBytes(guitar), TrackEntryBytes(bus)}))
+        .Build();
+}
+
+std::vector<std::uint8_t> OlderEffectsSession() {
+    TrksRecord drums{.Name = "Drums", .TrackId = 1};
+    TrksRecord keys{.Name = "Keys", .TrackId = 2};
+    return SesBuilder()
+        .Chunk("hdr ", HeaderBytes(44100))
+        .Version("Cool Edit Pro 2.1", 32)
+        .Chunk("trks", TrksPayload(104, false, {drums, keys}))
+        .Chunk("tkfx", TkfxPayload({{1,
+                                     {{"Effects\\Amplify", "1,0.5,"},
+                                      {"Effects\\Channel Mixer", std::string("-1,1,0,0.5,-0.5\0", 16)},
+                                      {"Effects\\Old Chorus", "0A0B0C"},
+                                      {"Effects\\Unknown", "1,"},
+                                      {"Effects\\..\\Amplify", "1,"}}},
+                                    {2, {{"Amplify", "0.25,0.5"}}}}))
+        .Chunk("BUSS", WideBusPayload({{"Reverb bus", 0.5, 0.25,
+                                        {{"Effects\\Amplify", "0.8,0.5"}, {"Effects\\Unknown", "1"},
+                                         {"Effects\\Amplify", "0.3,0.3"}}}}))
+        .Chunk("buss", NarrowBusPayload({{"Renamed", 0.7, 0.6, {}}, {"Narrow bus", 1, 1, {{"FX\\Amplify", "2,4,"}}}}))
+        .Build();
 }
 
 }  // namespace morvanta::testing

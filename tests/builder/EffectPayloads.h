@@ -59,4 +59,14 @@ struct BusRecord {
 Bytes WideBusPayload(const std::vector<BusRecord>& buses);
 Bytes NarrowBusPayload(const std::vector<BusRecord>& buses);
 
+// A session of the later track chunks (for "Audition 3.0", "Audition 2.0"
+// or "Audition 1.5"): two tracks and a bus with an equaliser of each kind,
+// dynamics, a channel mixer, a plug-in with its state, an effect no
+// catalogue knows, and automation on a parameter.
+std::vector<std::uint8_t> EffectsSession(const std::string& version);
+
+// A "Cool Edit Pro 2.1" session with "tkfx" racks on two tracks and two
+// buses from "BUSS" and "buss" with their racks.
+std::vector<std::uint8_t> OlderEffectsSession();
+
 }  // namespace morvanta::testing

@@ -1,6 +1,7 @@
 #include "ExampleSessions.h"
 
 #include "BlockPayloads.h"
+#include "EffectPayloads.h"
 #include "SesBuilder.h"
 #include "SessionPayloads.h"
 #include "TrackPayloads.h"
@@ -12,6 +13,8 @@ std::vector<NamedFile> ExampleSessions() {
     std::vector<NamedFile> examples;
     for (const WriterVersion& version : WriterVersions())
         examples.push_back({version.Stem + ".ses", WholeSession(version.Text)});
+    examples.push_back({"effects-audition-3.0.ses", EffectsSession("Audition 3.0")});
+    examples.push_back({"effects-cool-edit-pro-2.1.ses", OlderEffectsSession()});
     return examples;
 }
 
