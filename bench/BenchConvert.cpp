@@ -5,14 +5,13 @@
 #include <filesystem>
 #include <fstream>
 
-#include "ExampleSessions.h"
+#include "WholeSessions.h"
 #include "run/ConvertFile.h"
 
 namespace {
 
 void ConvertExample(benchmark::State& state) {
-    const auto examples = morvanta::testing::ExampleSessions();
-    const auto& bytes = examples.back().Bytes;
+    const auto bytes = morvanta::testing::WholeSession("Audition 3.0");
     for (auto _ : state) {
         auto result = morvanta::ConvertSesBytes(bytes, {}, "bench.ses", "bench.sesx");
         benchmark::DoNotOptimize(result.Document);
@@ -24,7 +23,7 @@ BENCHMARK(ConvertExample);
 void ProbeFile(benchmark::State& state) {
     const auto path = std::filesystem::temp_directory_path() / "morvanta-bench-probe.ses";
     {
-        const auto bytes = morvanta::testing::ExampleSessions().back().Bytes;
+        const auto bytes = morvanta::testing::WholeSession("Audition 3.0");
         std::ofstream out(path, std::ios::binary);
         out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
     }
@@ -38,4 +37,13 @@ BENCHMARK(ProbeFile);
 
 }  // namespace
 
-BENCHMARK_MAIN();
+void PrintEffectsRatio();
+
+int main(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    PrintEffectsRatio();
+    return 0;
+}
