@@ -16,6 +16,7 @@
 
 #include "ExampleSessions.h"
 #include "SesBuilder.h"
+#include "WholeSessions.h"
 #include "shell/Prompts.h"
 
 namespace morvanta::shell::testing {
@@ -31,18 +32,19 @@ inline void WriteBytes(const QString& path, const std::vector<std::uint8_t>& byt
     file.write(reinterpret_cast<const char*>(bytes.data()), static_cast<qint64>(bytes.size()));
 }
 
-// One session of every writer version in `folder`.
+// Every example session in `folder`.
 inline void WriteExampleSessions(const QString& folder) {
     QDir().mkpath(folder);
     for (const auto& file : morvanta::testing::ExampleSessions())
         WriteBytes(folder + QLatin1Char('/') + QString::fromStdString(file.Name), file.Bytes);
 }
 
-// The bytes of all example sessions together, as the totals show them.
-inline std::int64_t ExampleSessionBytes() {
-    std::int64_t total = 0;
-    for (const auto& file : morvanta::testing::ExampleSessions()) total += static_cast<std::int64_t>(file.Bytes.size());
-    return total;
+// The band session of every writer version in `folder`, named as in examples/.
+inline void WriteBandSessions(const QString& folder) {
+    QDir().mkpath(folder);
+    for (const auto& version : morvanta::testing::WriterVersions())
+        WriteBytes(folder + QLatin1Char('/') + QString::fromStdString(version.Stem) + QStringLiteral(".ses"),
+                   morvanta::testing::WholeSession(version.Text));
 }
 
 // Every box the window shows, in order, as "caption|text" and the details
