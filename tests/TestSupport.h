@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -11,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "services/SessionDump.h"
 #include "run/ConvertFile.h"
 
 namespace morvanta::testing {
@@ -63,6 +65,20 @@ inline void ExpectGolden(const std::string& name, const std::string& actual) {
     EXPECT_EQ(ReadFile(path), actual) << "differs from " << path << " (MORVANTA_UPDATE_GOLDEN=1 rewrites it)";
 }
 
+// Compares the dump of a session with tests/golden/<name>.model.txt.
+inline void ExpectModelGolden(const std::string& name, const Session& session) {
+    ExpectGolden(name + ".model.txt", DumpSession(session));
+}
+
+// Reads a built file that must convert, without assembly.
+inline Session ReadOk(const std::vector<std::uint8_t>& bytes, const ConvertOptions& options = {}) {
+    Session session;
+    const ImportResult result = ReadSesBytes(bytes, session, options);
+    EXPECT_EQ(result.Status, ImportStatus::Converted) << result.Message;
+    return session;
+}
+
+
 // A fresh folder for one test, removed afterwards.
 class TempDir {
 public:
@@ -95,6 +111,18 @@ inline std::vector<std::string> LinesStartingWith(const std::string& text, const
     for (const std::string& line : Lines(text))
         if (line.starts_with(start)) found.push_back(line);
     return found;
+}
+
+// One session of a table in a golden of several: a title line, then the
+// lines of its dump that a fresh session's dump does not have. Each line
+// names its field or record, so a value back at its default shows as a line
+// gone, and the text still tells every two sessions apart.
+inline std::string TitledDump(const std::string& title, const Session& session) {
+    const std::vector<std::string> fresh = Lines(DumpSession(Session{}));
+    std::string text = "## " + title + "\n";
+    for (const std::string& line : Lines(DumpSession(session)))
+        if (std::find(fresh.begin(), fresh.end(), line) == fresh.end()) text += line + "\n";
+    return text;
 }
 
 }  // namespace morvanta::testing

@@ -15,6 +15,7 @@
 #include "run/Discovery.h"
 #include "services/ProgramLocation.h"
 #include "services/Recoding.h"
+#include "services/SessionDump.h"
 #include "services/TextHelpers.h"
 
 namespace morvanta::cli {
@@ -323,7 +324,10 @@ int RunInfo(const InfoCommand& command, std::ostream& out, std::ostream& err) {
     const std::string failure =
         result.Status == ImportStatus::Failed ? DescribeFailure(command.File, result) : std::string();
 
-    if (command.Json) {
+    if (command.Model) {
+        if (result.Status != ImportStatus::NotSession) out << DumpSession(session);
+        if (!failure.empty()) err << "morvanta: " << failure << "\n";
+    } else if (command.Json) {
         out << "{\"file\":" << JsonString(command.File) << ",\"bytes\":" << bytes.size()
             << ",\"magic\":" << JsonString(magic) << ",\"declaredLength\":" << declared
             << ",\"version\":" << JsonString(result.Version) << ",\"verdict\":" << JsonString(verdict)

@@ -34,6 +34,7 @@ struct ScanCommand {
 struct InfoCommand {
     std::string File;
     bool Json = false;
+    bool Model = false;      // print the session value as read instead
     std::string Catalogues;  // as for convert
 };
 

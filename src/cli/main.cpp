@@ -54,6 +54,7 @@ int main(int argc, char** argv) {
     infoApp->add_option("--catalogues", info.Catalogues,
                         "Folder of effect catalogues to use instead of the shipped ones; it must exist");
     infoApp->add_flag("--json", info.Json, "Print one JSON document instead of lines");
+    infoApp->add_flag("--model", info.Model, "Print every value read from the session, one line per record");
 
     try {
         app.parse(argc, argv);

@@ -5,6 +5,7 @@
 
 #include <cstdio>
 
+#include "EffectPayloads.h"
 #include "SesBuilder.h"
 #include "TestSupport.h"
 
@@ -127,6 +128,40 @@ TEST(Cli, InfoListsTheChunks) {
     EXPECT_NE(run.Out.find("Declared length: 80\n"), std::string::npos) << run.Out;
     EXPECT_NE(run.Out.find("Version:         Audition 2.0 (accepted)\n"), std::string::npos) << run.Out;
     EXPECT_NE(run.Out.find("  12        \"hdr \"  40\n  60        \"vers\"  12\n"), std::string::npos) << run.Out;
+    const CliRun model = RunCli("info --model " + Quote(dir / "a.ses"));
+    EXPECT_EQ(model.Out.substr(0, 56), "SesVersion: \"Audition 2.0\"\nVersionRead: true\nSampleRate:");
+}
+
+TEST(Cli, InfoNamesTheRouteOfEachEffectThroughTheCataloguesGiven) {
+    TempDir dir;
+    WriteFile(dir / "fx.ses", EffectsSession("Audition 3.0"));
+    const std::string catalogues = Quote(kSourceDir / "tests" / "catalogues");
+    const CliRun run = RunCli("info --catalogues " + catalogues + " " + Quote(dir / "fx.ses"));
+    EXPECT_EQ(run.Exit, 0) << run.Out;
+    const std::string effects = run.Out.substr(run.Out.find("Effects:\n"));
+    EXPECT_EQ(effects,
+              "Effects:\n"
+              "  track 1 \"Vocal\": \"Parametric Equalizer\" -> catalogue Parametric Equalizer30.Kelfx\n"
+              "  track 1 \"Vocal\": \"Reverb\" -> left out\n"
+              "  track 1 \"Vocal\": \"Warm Tape\" -> fallback line 1 of EverythingElse30.Kelfx\n"
+              "  track 1 \"Vocal\": \"Channel Mixer\" -> catalogue Channel Mixer30.Kelfx\n"
+              "  track 2 \"Guitar\": \"Graphic Equalizer\" -> catalogue Graphic Equalizer30.Kelfx\n"
+              "  track 2 \"Guitar\": \"Dynamics Processing\" -> catalogue Dynamics Processing30.Kelfx\n"
+              "  track 20001 \"Reverb bus\": \"Channel Mixer\" -> catalogue Channel Mixer30.Kelfx\n");
+    const CliRun json = RunCli("info --json --catalogues=" + catalogues + " " + Quote(dir / "fx.ses"));
+    EXPECT_NE(json.Out.find("\"effects\":[{\"owner\":\"track 1 \\\"Vocal\\\"\",\"effect\":\"Parametric "
+                            "Equalizer\",\"route\":\"catalogue Parametric Equalizer30.Kelfx\"},"),
+              std::string::npos)
+        << json.Out;
+
+    // A folder that is not there is a mistake in the command, not a run
+    // without catalogues.
+    for (const std::string command : {"info --catalogues ", "convert --catalogues="}) {
+        const CliRun missing = RunCli(command + Quote(dir / "nowhere") + " " + Quote(dir / "fx.ses"));
+        EXPECT_EQ(missing.Exit, 2) << command;
+        EXPECT_NE(missing.Out.find((dir / "nowhere").string()), std::string::npos) << missing.Out;
+    }
+    EXPECT_FALSE(std::filesystem::exists(dir / "fx.sesx"));
 }
 
 }  // namespace
