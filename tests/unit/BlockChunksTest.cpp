@@ -2,10 +2,7 @@
 // read from built files into the raw block lists.
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 #include "BlockPayloads.h"
-#include "ModelPrinters.h"
 #include "SesBuilder.h"
 #include "TestSupport.h"
 #include "reader/ChunkReaders.h"
@@ -28,10 +25,7 @@ Session Walk(std::string_view version, const std::vector<TaggedPayload>& chunks)
     SesBuilder builder;
     builder.Version(version, 32);
     for (const TaggedPayload& chunk : chunks) builder.Chunk(chunk.Tag, chunk.Payload);
-    Session session;
-    const ImportResult result = ReadSesBytes(builder.Build(), session, {});
-    EXPECT_EQ(result.Status, ImportStatus::Converted) << result.Message;
-    return session;
+    return ReadOk(builder.Build());
 }
 
 // An Audition 1.5 block names a row of the tracks chunk read before it. The
@@ -55,180 +49,124 @@ Session ReadAfterTracks(std::string_view version, ChunkReader reader, const std:
     return session;
 }
 
-// What a reader keeps of a block whose gains are equal.
-BlockRecord Raw(const Block& b, bool withGroup = true, bool withHue = true) {
-    return BlockRecord{b.BlockId, b.WaveId,  b.LeftGain, b.RightGain,           b.Start,
-                       b.Length,  b.SourceStart, b.Flags, b.TrackId, withGroup ? b.GroupId : 0,
-                       withHue ? b.Hue : 0};
-}
-
-struct GainCase {
-    std::string Version;
-    std::string Tag;
-    double Left;   // expected, from left 1.0 and right 0.5
-    double Right;
-};
-
-// The chunk that each version's golden document reads (its clip "Rhythm" has
-// gains 0.5 and 1.0) is left to that document.
-TEST(BlockChunks, DifferingGainsFollowTheClipGainTableOfTheirChunkAndVersion) {
-    const double equalPower = std::sqrt((1.0 * 1.0 + 0.5 * 0.5) / 2);  // level of the equal-power law
-    const double mean = (1.0 + 0.5) / 2;
-    const double rightAsDecibels = std::pow(10.0, 0.5 / 20);          // Cool Edit 2000 "blk " right gain
-    const std::vector<GainCase> cases{
-        {"Audition 2.0", "bk20", equalPower, equalPower},  // the 72-byte layout outside the old versions
-        {"Cool Edit Pro 2.1", "bk25", equalPower, equalPower},
-        {"Cool Edit Pro 1.2", "bk25", equalPower, equalPower},
-        {"Cool Edit 2000 1.0", "bk20", equalPower, equalPower},
-        {"Audition 1.5", "bk20", mean, mean},
-        {"Audition 1.0", "blk ", 1.0, 0.5},
-        {"Cool Edit 2000 1.0", "blk ", mean, rightAsDecibels},
-        {"Cool Edit Pro 2.1", "blk ", mean, mean},
-        {"Audition 1.5", "blk ", mean, mean},
-        {"Audition 2.0", "blk ", equalPower, equalPower},
-        {"Audition 3.0", "blk ", equalPower, equalPower},
+// Gains of 1.0 and 0.5 follow the clip gain table of their chunk and
+// version; equal gains stay exactly as stored (0.3 would come back from
+// decibels as 0.29999999999999993). The chunk that each version's golden
+// document reads is mostly left to that document.
+TEST(BlockChunks, GainsFollowTheClipGainTableOfTheirChunkAndVersion) {
+    // "bk20" outside the old versions has the 72-byte layout of "bk25".
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"Audition 2.0", "bk20"},      {"Cool Edit Pro 2.1", "bk20"},  {"Cool Edit Pro 2.1", "bk25"},
+        {"Cool Edit Pro 1.2", "bk25"}, {"Cool Edit 2000 1.0", "bk20"}, {"Audition 1.5", "bk20"},
+        {"Audition 3.0", "bk25"},      {"Audition 1.0", "blk "},       {"Cool Edit 2000 1.0", "blk "},
+        {"Cool Edit Pro 2.1", "blk "}, {"Audition 1.5", "blk "},       {"Audition 2.0", "blk "},
+        {"Audition 3.0", "blk "},
     };
-    const Block block{.LeftGain = 1.0, .RightGain = 0.5};
-    for (const GainCase& c : cases) {
-        const bool oldBk20 = c.Tag == "bk20" && (c.Version.starts_with("Cool Edit Pro 2.") || c.Version == "Audition 1.0");
-        const Bytes payload = c.Tag == "blk " ? BlkPayload(c.Version, {block})
-                              : oldBk20        ? Bk20Payload({block})
-                                               : Bk25Payload(c.Version, {block});
-        Session s;
-        if (c.Version == "Audition 1.5") {
-            std::vector<Diagnostic> warnings;
-            s = ReadAfterTracks(c.Version, c.Tag == "blk " ? ReadBlkChunk : ReadBk25Chunk, c.Tag, payload, {1},
-                                warnings);
-        } else {
-            s = Walk(c.Version, {{c.Tag, payload}});
-        }
-        const auto& list = c.Tag == "blk " ? s.BlkRecords : oldBk20 ? s.Bk20Records : s.Bk25Records;
-        ASSERT_EQ(list.size(), 1u) << c.Version << " " << c.Tag;
-        EXPECT_NEAR(list[0].LeftGain, c.Left, 1e-12) << c.Version << " " << c.Tag;
-        EXPECT_NEAR(list[0].RightGain, c.Right, 1e-12) << c.Version << " " << c.Tag;
+    const std::vector<Block> blocks{{.BlockId = 1, .LeftGain = 1.0, .RightGain = 0.5},
+                                    {.BlockId = 2, .LeftGain = 0.3, .RightGain = 0.3},
+                                    {.BlockId = 3, .LeftGain = 0.0, .RightGain = 0.0}};
+    std::string dumps;
+    for (const auto& [version, tag] : cases) {
+        const bool oldBk20 = tag == "bk20" && (version.starts_with("Cool Edit Pro 2.") || version == "Audition 1.0");
+        const Bytes payload = tag == "blk " ? BlkPayload(version, blocks)
+                              : oldBk20     ? Bk20Payload(blocks)
+                                            : Bk25Payload(version, blocks);
+        std::vector<Diagnostic> warnings;
+        const ChunkReader reader = tag == "blk " ? ReadBlkChunk : ReadBk25Chunk;
+        const Session s = version == "Audition 1.5" ? ReadAfterTracks(version, reader, tag, payload, {1}, warnings)
+                                                    : Walk(version, {{tag, payload}});
+        dumps += TitledDump(version + " \"" + tag + "\"", s);
     }
+    ExpectGolden("block-gains.model.txt", dumps);
 }
 
-TEST(BlockChunks, EqualGainsStayExactlyAsStored) {
-    // 0.3 would come back from decibels as 0.29999999999999993.
-    const Block block{.LeftGain = 0.3, .RightGain = 0.3};
-    const Block silent{.BlockId = 2, .LeftGain = 0.0, .RightGain = 0.0};
-    const Session bk25 = Walk("Audition 3.0", {{"bk25", Bk25Payload("Audition 3.0", {block, silent})}});
-    const Session bk20 = Walk("Cool Edit Pro 2.1", {{"bk20", Bk20Payload({block, silent})}});
-    const Session blk = Walk("Cool Edit 2000 1.0", {{"blk ", BlkPayload("Cool Edit 2000 1.0", {block, silent})}});
-    for (const auto* list : {&bk25.Bk25Records, &bk20.Bk20Records, &blk.BlkRecords}) {
-        ASSERT_EQ(list->size(), 2u);
-        EXPECT_EQ((*list)[0].LeftGain, 0.3);
-        EXPECT_EQ((*list)[0].RightGain, 0.3);
-        EXPECT_EQ((*list)[1].LeftGain, 0.0);
-        EXPECT_EQ((*list)[1].RightGain, 0.0);
-    }
-}
-
+// A block size of 80: the video block's record takes 80 + 522 bytes and
+// leaves an empty fade row.
 TEST(BlockChunks, Audition30FadeRowsAreNumberedByBlockAroundAVideoBlock) {
     const Block audio{.BlockId = 1, .TrackId = 1};
     const Block video{.BlockId = 2, .WaveId = 9, .TrackId = 490000};
     const Block later{.BlockId = 3, .TrackId = 2};
     const BlockFade first{100, 200, 1, 2, 1, 0};
     const BlockFade last{0, 300, 19, 19, 0, 1};
-    // A block size of 80: the video block's record takes 80 + 522 bytes.
-    const Session s =
-        Walk("Audition 3.0", {{"bk25", Bk25Payload("Audition 3.0", {audio, video, later}, {first, {}, last}, 80)}});
-    EXPECT_EQ(s.Bk25Records, (std::vector<BlockRecord>{Raw(audio), Raw(video), Raw(later)}));
-    EXPECT_EQ(s.Bk25Fades, (std::vector<Bk25Fade>{{100, 200, 1, 2, 1, 0}, {}, {0, 300, 19, 19, 0, 1}}));
+    const Bytes payload = Bk25Payload("Audition 3.0", {audio, video, later}, {first, {}, last}, 80);
+    ExpectModelGolden("bk25-fade-rows", Walk("Audition 3.0", {{"bk25", payload}}));
 }
 
+// Blocks of tracks 250000 to 259999 carry a record of their own; 260000 is
+// past the range, and its length field is not followed by bytes.
 TEST(BlockChunks, Audition20BlocksOfTheSpecialTracksCarryARecordOfTheirOwn) {
-    const Block special{.BlockId = 1, .TrackId = 250000, .SpecialBytes = 30};
-    // 260000 is past the range: its length field is not followed by bytes.
-    const Block pastRange{.BlockId = 2, .TrackId = 260000, .SpecialBytes = 30};
-    const Block below{.BlockId = 3, .TrackId = 249999};
-    const Block video{.BlockId = 4, .TrackId = 490000};
-    const Block lastSpecial{.BlockId = 5, .TrackId = 259999, .SpecialBytes = 4};
-    const Session s = Walk("Audition 2.0", {{"bk25", Bk25Payload("Audition 2.0", {special, pastRange, below, video,
-                                                                                 lastSpecial})}});
-    EXPECT_EQ(s.Bk25Records, (std::vector<BlockRecord>{Raw(special), Raw(pastRange), Raw(below), Raw(video),
-                                                         Raw(lastSpecial)}));
+    const std::vector<Block> blocks{{.BlockId = 1, .TrackId = 250000, .SpecialBytes = 30},
+                                    {.BlockId = 2, .TrackId = 260000, .SpecialBytes = 30},
+                                    {.BlockId = 3, .TrackId = 249999},
+                                    {.BlockId = 4, .TrackId = 490000},
+                                    {.BlockId = 5, .TrackId = 259999, .SpecialBytes = 4}};
+    ExpectModelGolden("bk25-special-tracks", Walk("Audition 2.0", {{"bk25", Bk25Payload("Audition 2.0", blocks)}}));
 }
 
 TEST(BlockChunks, ALaterChunkReplacesAndAnEmptyOneChangesNothing) {
     // A negative block count reads no record, as a loop up to it would.
     EXPECT_TRUE(Walk("Audition 2.0", {{"blk ", Bytes().Int32(-1)}}).BlkRecords.empty());
-
-    const Block one{.BlockId = 1};
-    const Block two{.BlockId = 2};
-    const Block nine{.BlockId = 9, .SourceStart = 77};
     // The "blk " of length -8 leaves the walk at its payload, where the next
-    // chunk header stands.
+    // chunk header stands. Left: block 2 of "bk25" and block 9 of "blk ".
     const auto bytes = SesBuilder()
                            .Version("Audition 2.0", 32)
-                           .Chunk("bk25", Bk25Payload("Audition 2.0", {one}))
-                           .Chunk("bk25", Bk25Payload("Audition 2.0", {two}))
+                           .Chunk("bk25", Bk25Payload("Audition 2.0", {{.BlockId = 1}}))
+                           .Chunk("bk25", Bk25Payload("Audition 2.0", {{.BlockId = 2}}))
                            .ChunkWithLength("bk25", 0, Bytes())
                            .ChunkWithLength("blk ", -8, Bytes())
-                           .Chunk("blk ", BlkPayload("Audition 2.0", {nine}))
+                           .Chunk("blk ", BlkPayload("Audition 2.0", {{.BlockId = 9, .SourceStart = 77}}))
                            .Build();
-    Session s;
-    const ImportResult result = ReadSesBytes(bytes, s, {});
-    ASSERT_EQ(result.Status, ImportStatus::Converted) << result.Message;
-    EXPECT_EQ(s.Bk25Records, (std::vector<BlockRecord>{Raw(two)}));
-    EXPECT_EQ(s.BlkRecords, (std::vector<BlockRecord>{Raw(nine, false, false)}));
+    ExpectModelGolden("block-chunks-replaced", ReadOk(bytes));
 }
 
+// Cool Edit Pro 1.2 and Audition 1.0 step over flags and group, Cool Edit
+// 2000 alone reads the group, Cool Edit Pro 2.1 takes the source start at
+// 64, the later versions at 28; Cool Edit Pro 2.00 has no "blk " of its own.
 TEST(BlockChunks, BlkRecordsFollowTheColumnsOfTheirVersion) {
     const Block block{.BlockId = 5, .WaveId = 7, .Start = 100, .Length = 200, .SourceStart = 400, .Flags = 6,
                       .TrackId = 2, .GroupId = 3, .Name = "take one"};
-    const BlockRecord oldest{5, 7, 1.0, 1.0, 100, 200, 400, 0, 2, 0, 0};  // flags and group stepped over
-    const BlockRecord ce2000{5, 7, 1.0, 1.0, 100, 200, 400, 6, 2, 3, 0};
-    const BlockRecord wide{5, 7, 1.0, 1.0, 100, 200, 400, 6, 2, 0, 0};
-    for (const auto& [version, expected] : std::vector<std::pair<std::string, BlockRecord>>{
-             {"Cool Edit Pro 1.2", oldest},
-             {"Audition 1.0", oldest},
-             {"Cool Edit 2000 1.0", ce2000},
-             {"Cool Edit Pro 2.1", wide},  // source start at 64
-             {"Audition 2.0", wide},       // source start at 28
-             {"Audition 3.0", wide}}) {
-        const Session s = Walk(version, {{"blk ", BlkPayload(version, {block})}});
-        EXPECT_EQ(s.BlkRecords, std::vector<BlockRecord>{expected}) << version;
-    }
-    // Cool Edit Pro 2.00 has no "blk " of its own.
-    EXPECT_TRUE(Walk("Cool Edit Pro 2.00", {{"blk ", BlkPayload("Cool Edit Pro 2.1", {block})}}).BlkRecords.empty());
+    std::string dumps;
+    for (const char* version : {"Cool Edit Pro 1.2", "Audition 1.0", "Cool Edit 2000 1.0", "Cool Edit Pro 2.1",
+                                "Audition 2.0", "Audition 3.0"})
+        dumps += TitledDump(version, Walk(version, {{"blk ", BlkPayload(version, {block})}}));
+    const Bytes borrowed = BlkPayload("Cool Edit Pro 2.1", {block});
+    dumps += TitledDump("Cool Edit Pro 2.00", Walk("Cool Edit Pro 2.00", {{"blk ", borrowed}}));
+    ExpectGolden("blk-columns.model.txt", dumps);
 }
 
+// Hues are unsigned bytes and a second chunk appends; only Cool Edit 2000 reads them.
 TEST(BlockChunks, Blk2HuesAreUnsignedBytesAndAChunkAppends) {
-    const Session s = Walk("Cool Edit 2000 1.0", {{"blk2", Blk2Payload({{5, 200}, {6, 17}})},
-                                                  {"blk2", Blk2Payload({{7, 255}})}});
-    EXPECT_EQ(s.Blk2Records, (std::vector<Blk2Record>{{5, 200}, {6, 17}, {7, 255}}));
-    EXPECT_TRUE(Walk("Cool Edit Pro 2.1", {{"blk2", Blk2Payload({{5, 200}})}}).Blk2Records.empty());
+    const Session ce2000 =
+        Walk("Cool Edit 2000 1.0", {{"blk2", Blk2Payload({{5, 200}, {6, 17}})}, {"blk2", Blk2Payload({{7, 255}})}});
+    const Session pro21 = Walk("Cool Edit Pro 2.1", {{"blk2", Blk2Payload({{5, 200}})}});
+    ExpectGolden("blk2-hues.model.txt",
+                 TitledDump("Cool Edit 2000 1.0", ce2000) + TitledDump("Cool Edit Pro 2.1", pro21));
 }
 
+// Tracks 7, 10000 and 3 were read before the blocks.
 TEST(BlockChunks, Audition15BlocksNameTheirTrackByRow) {
     auto onRow = [](std::int32_t blockId, std::int32_t row) { return Block{.BlockId = blockId, .TrackId = row}; };
-    std::vector<Diagnostic> warnings;
+    std::vector<Diagnostic> blkWarnings;
+    std::vector<Diagnostic> bk25Warnings;
     const Session blk = ReadAfterTracks(
         "Audition 1.5", ReadBlkChunk, "blk ",
-        BlkPayload("Audition 1.5", {onRow(11, 1), onRow(12, 3), onRow(13, 9), onRow(14, 0)}), {7, 10000, 3}, warnings);
-    ASSERT_EQ(blk.BlkRecords.size(), 2u);
-    EXPECT_EQ(blk.BlkRecords[0].TrackId, 7);
-    EXPECT_EQ(blk.BlkRecords[1].TrackId, 3);
-    ASSERT_EQ(warnings.size(), 1u);
-    EXPECT_EQ(warnings[0].Message,
-              "2 blocks name a track row that the tracks read before it do not have "
-              "(the first, block 13 at offset 240, names row 9 of 3): left out");
-    EXPECT_EQ(warnings[0].Offset, kPayload + 4 + 2 * 88);
-    EXPECT_EQ(warnings[0].ChunkTag, "blk ");
-
-    warnings.clear();
+        BlkPayload("Audition 1.5", {onRow(11, 1), onRow(12, 3), onRow(13, 9), onRow(14, 0)}), {7, 10000, 3},
+        blkWarnings);
     const Session bk25 = ReadAfterTracks("Audition 1.5", ReadBk25Chunk, "bk25",
                                          Bk25Payload("Audition 1.5", {onRow(21, 2), onRow(22, 4)}), {7, 10000, 3},
-                                         warnings);
-    ASSERT_EQ(bk25.Bk25Records.size(), 1u);
-    EXPECT_EQ(bk25.Bk25Records[0].TrackId, 10000);
-    ASSERT_EQ(warnings.size(), 1u);
-    EXPECT_EQ(warnings[0].Message,
+                                         bk25Warnings);
+    ExpectGolden("blocks-by-track-row.model.txt", TitledDump("\"blk \"", blk) + TitledDump("\"bk25\"", bk25));
+    ASSERT_EQ(blkWarnings.size(), 1u);
+    EXPECT_EQ(blkWarnings[0].Message,
+              "2 blocks name a track row that the tracks read before it do not have "
+              "(the first, block 13 at offset 240, names row 9 of 3): left out");
+    EXPECT_EQ(blkWarnings[0].Offset, kPayload + 4 + 2 * 88);
+    EXPECT_EQ(blkWarnings[0].ChunkTag, "blk ");
+    ASSERT_EQ(bk25Warnings.size(), 1u);
+    EXPECT_EQ(bk25Warnings[0].Message,
               "1 block names a track row that the tracks read before it do not have "
               "(the first, block 22 at offset 140, names row 4 of 3): left out");
-    EXPECT_EQ(warnings[0].Offset, kPayload + 8 + 72);
+    EXPECT_EQ(bk25Warnings[0].Offset, kPayload + 8 + 72);
 }
 
 TEST(BlockChunks, CountsAndLengthsThatLeaveTheChunkFailTheFile) {

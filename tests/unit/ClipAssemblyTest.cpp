@@ -2,11 +2,11 @@
 // video repair and the two clip sorts, on sessions set up by hand.
 #include <gtest/gtest.h>
 
-#include "ModelPrinters.h"
+#include "TestSupport.h"
 #include "reader/Assembly.h"
 #include "writer/DocumentWriter.h"
 
-namespace morvanta {
+namespace morvanta::testing {
 namespace {
 
 Track TrackOf(std::int32_t id, std::int32_t ordinal) {
@@ -23,14 +23,15 @@ SessionFile FileOf(std::int32_t id, std::int32_t kind) {
     return f;
 }
 
-ClipFade DefaultFade(std::int32_t clipId) { return ClipFade{clipId, 0, 19, 0, 0, 19, 0}; }
-
 void Build(Session& s) {
     std::vector<Diagnostic> warnings;
     BuildClips(s, warnings);
     EXPECT_TRUE(warnings.empty());
 }
 
+// A block on no track keeps track 0; only block ids of 100000 or more reach
+// their stretch records by the raw id; no fade for the video clip, the
+// others take the row of their block.
 TEST(ClipAssembly, TheWidePassOfAnAudition30Session) {
     Session s;
     s.SesVersion = "Audition 3.0";
@@ -41,30 +42,17 @@ TEST(ClipAssembly, TheWidePassOfAnAudition30Session) {
          .SourceStart = 20, .Flags = 2, .TrackId = 1, .GroupId = 2, .Hue = 80},
         {.BlockId = 150000, .WaveId = 150000, .LeftGain = 1, .RightGain = 1, .Length = 100, .Flags = 4, .TrackId = 2},
         {.BlockId = 7, .WaveId = 0, .LeftGain = 1, .RightGain = 1, .Length = 1000, .TrackId = 490000},
-        {.BlockId = 8, .WaveId = 1, .LeftGain = 1, .RightGain = 1, .Length = 10, .TrackId = 99},  // no such track
+        {.BlockId = 8, .WaveId = 1, .LeftGain = 1, .RightGain = 1, .Length = 10, .TrackId = 99},
     };
     s.Bk25Fades = {{100, 200, 1, 2, 1, 0}, {0, 0, 19, 19, 0, 0}, {}, {5, 6, 7, 8, 0, 1}};
-    // Only block ids of 100000 or more reach their stretch records by the raw id.
     s.ClipStretches = {{300000005, 1000}, {8, 5}};
     Build(s);
-
-    const std::vector<Clip> expected{
-        Clip{},
-        {.ClipId = 300000005, .FileId = 2000001, .SourceStart = 20, .Start = 1000, .Length = 500, .TrackId = 1,
-         .TrackOrdinal = 3, .FileKind = 1, .Looped = 1, .Locked = 1, .Gain = 0.5, .Hue = 80, .GroupId = 2},
-        {.ClipId = 150000, .FileId = 150000, .Length = 100, .TrackId = 2, .TrackOrdinal = 4, .FileKind = 1,
-         .Muted = 1, .Gain = 1},
-        {.ClipId = 300000007, .FileId = 2000000, .Length = 1000, .TrackId = 490000, .TrackOrdinal = 1,
-         .FileKind = 3, .Gain = 1},
-        {.ClipId = 300000008, .FileId = 2000001, .Length = 10, .FileKind = 1, .Gain = 1},
-    };
-    EXPECT_EQ(s.Clips, expected);
-    // No fade for the video clip; the others take the row of their block.
-    EXPECT_EQ(s.ClipFades, (std::vector<ClipFade>{{300000005, 100, 1, 1, 200, 2, 0},
-                                                  {150000, 0, 19, 0, 0, 19, 0},
-                                                  {300000008, 5, 7, 0, 6, 8, 1}}));
+    ExpectModelGolden("clips-audition-3.0", s);
 }
 
+// The first blk2 row of a block gives its hue, a large block id never meets
+// its row, and without rows every clip has the default hue. Every file id
+// of this version is small: 150000 becomes 2150000, which no file has.
 TEST(ClipAssembly, CoolEdit2000BlocksTakeTheirHueFromBlk2AndTheirGroup) {
     Session s;
     s.SesVersion = "Cool Edit 2000 1.0";
@@ -76,45 +64,30 @@ TEST(ClipAssembly, CoolEdit2000BlocksTakeTheirHueFromBlk2AndTheirGroup) {
         {.BlockId = 2, .WaveId = 2, .TrackId = 2},
         {.BlockId = 150000, .WaveId = 150000, .TrackId = 5},
     };
-    // The first row of a block counts; a large block id never meets its row.
     s.Blk2Records = {{1, 40}, {1, 99}, {150000, 7}};
     Session plain = s;
-    Build(s);
-
-    const std::vector<Clip> expected{
-        Clip{},
-        {.ClipId = 300000001, .FileId = 2000001, .SourceStart = 5, .Start = 10, .Length = 20, .TrackId = 10001,
-         .TrackOrdinal = 1, .FileKind = 1, .Muted = 1, .Locked = 1, .Gain = 0.8, .Hue = 40, .GroupId = 3},
-        {.ClipId = 300000002, .FileId = 2000002, .TrackId = 10002, .TrackOrdinal = 2, .FileKind = 1},
-        // Every file id of this version is small: 150000 becomes 2150000, which no file has.
-        {.ClipId = 150000, .FileId = 2150000, .TrackId = 10005},
-    };
-    EXPECT_EQ(s.Clips, expected);
-    EXPECT_EQ(s.ClipFades, (std::vector<ClipFade>{DefaultFade(300000001), DefaultFade(300000002), DefaultFade(150000)}));
-
-    // Without colours every clip has the default hue.
     plain.Blk2Records.clear();
+    Build(s);
     Build(plain);
-    for (std::size_t n = 1; n < plain.Clips.size(); ++n) EXPECT_EQ(plain.Clips[n].Hue, 112) << n;
+    ExpectGolden("clips-cool-edit-2000.model.txt", TitledDump("with colours", s) + TitledDump("without", plain));
 }
 
 // The "bk20" records and the hue of Cool Edit Pro 1.2 are pinned by the
 // golden documents; they hold no "blk " group of Cool Edit Pro 1.2.
 TEST(ClipAssembly, GroupAndHueOfTheBlockPassDependOnListAndVersion) {
-    const BlockRecord grouped{.BlockId = 1, .WaveId = 1, .TrackId = 1, .GroupId = 4, .Hue = 30};
-    auto built = [&](const std::string& version) {
+    std::string dumps;
+    for (const char* version : {"Cool Edit Pro 1.2", "Cool Edit Pro 2.1", "Audition 1.0", "Audition 2.0"}) {
         Session s;
         s.SesVersion = version;
-        s.BlkRecords = {grouped};
+        s.BlkRecords = {{.BlockId = 1, .WaveId = 1, .TrackId = 1, .GroupId = 4, .Hue = 30}};
         Build(s);
-        return std::pair{s.Clips[1].GroupId, s.Clips[1].Hue};
-    };
-    EXPECT_EQ(built("Cool Edit Pro 1.2"), std::pair(4, 112));
-    EXPECT_EQ(built("Cool Edit Pro 2.1"), std::pair(0, 112));
-    EXPECT_EQ(built("Audition 1.0"), std::pair(0, 112));
-    EXPECT_EQ(built("Audition 2.0"), std::pair(0, 0));
+        dumps += TitledDump(version, s);
+    }
+    ExpectGolden("clip-group-and-hue.model.txt", dumps);
 }
 
+// "bk20" wins over "blk " and numbers all its files from the small offset;
+// the record takes the file id too.
 TEST(ClipAssembly, Bk20WinsOverBlkAndNumbersAllItsFilesFromTheSmallOffset) {
     Session s;
     s.SesVersion = "Cool Edit Pro 2.1";
@@ -123,31 +96,30 @@ TEST(ClipAssembly, Bk20WinsOverBlkAndNumbersAllItsFilesFromTheSmallOffset) {
     s.Bk20Records = {{.BlockId = 3, .WaveId = 150000, .TrackId = 1}};
     s.BlkRecords = {{.BlockId = 9, .WaveId = 1, .TrackId = 1}};
     Build(s);
-    ASSERT_EQ(s.Clips.size(), 2u);
-    EXPECT_EQ(s.Clips[1].ClipId, 300000003);
-    EXPECT_EQ(s.Clips[1].FileId, 2150000);
-    EXPECT_EQ(s.Clips[1].FileKind, 1);
-    EXPECT_EQ(s.Bk20Records[0].WaveId, 2150000) << "the record takes the file id too";
+    ExpectModelGolden("clips-bk20-over-blk", s);
 }
 
+// The first block names file 0 and the first file is 2000000: the block
+// pass looks files up by wave id + 2000000. Otherwise by the wave id alone.
 TEST(ClipAssembly, FilesNumberedFromZeroAreFoundThroughTheFirstFile) {
-    // The first block names file 0 and the first file is 2000000: the block
-    // pass looks files up by wave id + 2000000. Otherwise by the wave id alone.
-    auto kinds = [](std::int32_t firstWave) {
+    std::string dumps;
+    for (const std::int32_t firstWave : {0, 1}) {
         Session s;
         s.SesVersion = "Audition 2.0";
         s.SessionFiles = {FileOf(2000000, 1), FileOf(2000003, 3)};
         s.BlkRecords = {{.BlockId = 1, .WaveId = firstWave}, {.BlockId = 2, .WaveId = 3}};
         Build(s);
-        EXPECT_EQ(s.Clips[2].FileId, 2000003);
-        return std::pair{s.Clips[1].FileKind, s.Clips[2].FileKind};
-    };
-    EXPECT_EQ(kinds(0), std::pair(1, 3));
-    EXPECT_EQ(kinds(1), std::pair(0, 0));
+        dumps += TitledDump("first wave " + std::to_string(firstWave), s);
+    }
+    ExpectGolden("clip-files-from-zero.model.txt", dumps);
 }
 
+// "bk25" wins over "blk "; without "blk " the block pass has no offset and
+// the clip finds no track. A video clip of these versions keeps its own
+// track number, ordinal 0.
 TEST(ClipAssembly, Bk25BlocksBeforeAudition20FindTheirTracksThroughTheOffsetOfTheBlockPass) {
-    auto session = [](bool withBlk) {
+    std::string dumps;
+    for (const bool withBlk : {true, false}) {
         Session s;
         s.SesVersion = "Audition 1.5";
         s.Tracks = {TrackOf(10001, 1), TrackOf(10002, 2)};
@@ -156,23 +128,14 @@ TEST(ClipAssembly, Bk25BlocksBeforeAudition20FindTheirTracksThroughTheOffsetOfTh
                          {.BlockId = 2, .WaveId = 9, .TrackId = 7}};  // video, on no track
         if (withBlk) s.BlkRecords = {{.BlockId = 99, .WaveId = 1, .TrackId = 1}};
         Build(s);
-        return s;
-    };
-    const Session found = session(true);
-    ASSERT_EQ(found.Clips.size(), 3u) << "bk25 wins";
-    EXPECT_EQ(found.Clips[1].ClipId, 300000001);
-    EXPECT_EQ(found.Clips[1].TrackId, 10002);
-    EXPECT_EQ(found.Clips[1].TrackOrdinal, 2);
-    // A video clip of these versions keeps its own track number, ordinal 0.
-    EXPECT_EQ(found.Clips[2].TrackId, 10007);
-    EXPECT_EQ(found.Clips[2].TrackOrdinal, 0);
-    EXPECT_EQ(found.ClipFades, std::vector<ClipFade>{DefaultFade(300000001)});
-
-    const Session lost = session(false);
-    EXPECT_EQ(lost.Clips[1].TrackId, 0);
-    EXPECT_EQ(lost.Clips[1].TrackOrdinal, 0);
+        dumps += TitledDump(withBlk ? "with blk" : "without blk", s);
+    }
+    ExpectGolden("clips-bk25-audition-1.5.model.txt", dumps);
 }
 
+// The block pass adds the offset to every track id; without a video in the
+// wave list the clip stays where it is, with one it becomes the video clip
+// on the video track, and no track had the clip's id.
 TEST(ClipAssembly, ABlockOnTheVideoTrackMakesItsFileAVideo) {
     Session s;
     s.SesVersion = "Cool Edit Pro 2.1";
@@ -180,22 +143,17 @@ TEST(ClipAssembly, ABlockOnTheVideoTrackMakesItsFileAVideo) {
     s.SessionFiles = {FileOf(2000004, 1)};
     s.BlkRecords = {{.BlockId = 1, .WaveId = 4, .Length = 10, .TrackId = 490000}};
     Build(s);
-    EXPECT_EQ(s.SessionFiles[0].Kind, 3);
-    EXPECT_EQ(s.Clips[1].FileKind, 3);
-    EXPECT_EQ(s.Clips[1].TrackId, 500000) << "the block pass adds the offset to every track id";
-
-    // Without a video in the wave list the clip stays where it is.
-    Session unrepaired = s;
-    RepairVideoClips(unrepaired);
-    EXPECT_EQ(unrepaired.Clips, s.Clips);
-
-    s.VideoSeen = true;
+    Session repaired = s;
     RepairVideoClips(s);
-    EXPECT_EQ(s.Clips[1].ClipId, 82847048);
-    EXPECT_EQ(s.Clips[1].TrackId, 490000);
-    EXPECT_EQ(s.Tracks[0].TrackId, 10001) << "no track had the clip's id";
+    repaired.VideoSeen = true;
+    RepairVideoClips(repaired);
+    ExpectGolden("clip-on-the-video-track.model.txt",
+                 TitledDump("no video seen", s) + TitledDump("video seen", repaired));
 }
 
+// Each video clip moves the first track that still has its id; of two
+// files with one id the second is a video. A clip whose file is not listed
+// keeps everything.
 TEST(ClipAssembly, TheVideoRepairMakesTheTrackOfTheVideoTheVideoTrack) {
     Session s;
     s.VideoSeen = true;
@@ -205,22 +163,13 @@ TEST(ClipAssembly, TheVideoRepairMakesTheTrackOfTheVideoTheVideoTrack) {
                {.ClipId = 11, .FileId = 2000002, .TrackId = 10002},
                {.ClipId = 12, .FileId = 2000002, .TrackId = 10002},
                {.ClipId = 13, .FileId = 2000009, .TrackId = 10001, .FileKind = 1},
-               // Of two files with its id, the second is a video.
                {.ClipId = 14, .FileId = 2000001, .TrackId = 10001}};
     RepairVideoClips(s);
-    // Each video clip moves the first track that still has its id.
-    EXPECT_EQ(s.Tracks[0].TrackId, 490000);
-    EXPECT_EQ(s.Tracks[1].TrackId, 490000);
-    EXPECT_EQ(s.Tracks[2].TrackId, 490000);
-    for (std::size_t n : {1u, 2u, 4u}) {
-        EXPECT_EQ(s.Clips[n].ClipId, 82847048);
-        EXPECT_EQ(s.Clips[n].TrackId, 490000);
-        EXPECT_EQ(s.Clips[n].FileKind, 3);
-    }
-    EXPECT_EQ(s.Clips[3].ClipId, 13) << "a clip whose file is not listed keeps everything";
-    EXPECT_EQ(s.Clips[0], Clip{});
+    ExpectModelGolden("video-repair", s);
 }
 
+// A clip takes the kind of the last file of its id (a wave here), and two
+// videos of one id move a single track for each clip.
 TEST(ClipAssembly, AClipTakesTheKindOfTheLastFileOfItsIdAndMovesOnceForAnyVideo) {
     Session s;
     s.VideoSeen = true;
@@ -231,44 +180,24 @@ TEST(ClipAssembly, AClipTakesTheKindOfTheLastFileOfItsIdAndMovesOnceForAnyVideo)
                {.ClipId = 12, .FileId = 2000006, .TrackId = 10001, .FileKind = 3},
                {.ClipId = 13, .FileId = 2000005, .TrackId = 10001}};
     RepairVideoClips(s);
-    // Two videos of one id move a single track for each clip.
-    EXPECT_EQ(s.Tracks[0].TrackId, 490000);
-    EXPECT_EQ(s.Tracks[1].TrackId, 490000);
-    EXPECT_EQ(s.Tracks[2].TrackId, 10001);
-    for (std::size_t n : {1u, 3u}) {
-        EXPECT_EQ(s.Clips[n].ClipId, 82847048);
-        EXPECT_EQ(s.Clips[n].TrackId, 490000);
-        EXPECT_EQ(s.Clips[n].FileKind, 1) << "the last file of the id is a wave";
-    }
-    EXPECT_EQ(s.Clips[2].ClipId, 12);
-    EXPECT_EQ(s.Clips[2].TrackId, 10001);
-    EXPECT_EQ(s.Clips[2].FileKind, 1);
+    ExpectModelGolden("video-repair-last-file", s);
 }
 
+// Cool Edit 2000 counts a point from the clip's start in its file: 111 -
+// 100.5 = 10.5 goes to the even 10, 11.5 to 12, a point before the start
+// to 0. A kind other than 1 or 2 is 0, a point of no clip ties to nothing.
+// Later versions count from the clip's own start already.
 TEST(ClipAssembly, ClipPointsTieToTheirClipAndCountFromIt) {
     Session s;
     s.SesVersion = "Cool Edit 2000 1.0";
     s.Clips = {Clip{}, {.ClipId = 300000005, .SourceStart = 100.5, .TrackId = 10001},
                {.ClipId = 150000, .SourceStart = 50, .TrackId = 10002}};
-    s.EnvelopePoints = {
-        {5, 1, 111, 0.5},       // 111 - 100.5 = 10.5, to the even 10
-        {5, 2, 112, 0.25},      // 11.5 to 12
-        {5, 1, 40, 1.0},        // before the clip's start: 0
-        {150000, 3, 70, 0.7},   // no such kind: 0
-        {7, 1, 10, 0.9},        // no such clip
-    };
+    s.EnvelopePoints = {{5, 1, 111, 0.5}, {5, 2, 112, 0.25}, {5, 1, 40, 1.0}, {150000, 3, 70, 0.7}, {7, 1, 10, 0.9}};
+    Session later = s;
+    later.SesVersion = "Audition 3.0";
     BuildClipPoints(s);
-    EXPECT_EQ(s.ClipPoints, (std::vector<ClipPoint>{{300000005, 1, 10, 0.5, 10001},
-                                                    {300000005, 2, 12, 0.25, 10001},
-                                                    {300000005, 1, 0, 1.0, 10001},
-                                                    {150000, 0, 20, 0.7, 10002},
-                                                    {300000007, 0, 0, 0, 0}}));
-
-    // Later versions count from the clip's own start already.
-    s.SesVersion = "Audition 3.0";
-    BuildClipPoints(s);
-    EXPECT_EQ(s.ClipPoints[0].Offset, 111);
-    EXPECT_EQ(s.ClipPoints[3].Offset, 70);
+    BuildClipPoints(later);
+    ExpectGolden("clip-points.model.txt", TitledDump("Cool Edit 2000 1.0", s) + TitledDump("Audition 3.0", later));
 }
 
 Clip At(std::int32_t id, std::int32_t ordinal, double start) {
@@ -301,4 +230,4 @@ TEST(ClipAssembly, TheWritersExchangeSortDoesNotKeepTiesOfAnUnsortedList) {
 }
 
 }  // namespace
-}  // namespace morvanta
+}  // namespace morvanta::testing

@@ -80,7 +80,7 @@ TEST(Conversions, PanLaws) {
 
 TEST(Conversions, Base16ToBase64) {
     EXPECT_EQ(kelb16_to_base64("4D616E"), "TWFu");
-    EXPECT_EQ(kelb16_to_base64("4d61"), "TWE=");
+    EXPECT_EQ(kelb16_to_base64("4d6f"), "TW8=");
     EXPECT_EQ(kelb16_to_base64("4D"), "TQ==");
     EXPECT_EQ(kelb16_to_base64("4D 61-6E7"), "TWFu");  // foreign characters skipped, odd nibble dropped
     EXPECT_EQ(kelb16_to_base64(""), "");

@@ -15,18 +15,15 @@ TEST(DocumentFrame, AnEmptySessionHasTheWholeFrame) {
 }
 
 // The name is the escaped document file name; the comments behind the root
-// element keep the session's path as it stands.
+// element keep the session's path as it stands. The frame's other lines are
+// pinned by the golden documents.
 TEST(DocumentFrame, TheNameAndTheClosingComments) {
     const ImportResult result =
         ConvertSesBytes(SesBuilder().Version("Cool Edit Pro 2.1D").Build(), {}, "  /x/<a&b>.ses ", "/out/a&b.sesx");
     const auto lines = Lines(result.Document);
     ASSERT_GE(lines.size(), 6u);
     EXPECT_EQ(lines[5], "<name>a&amp;b.sesx</name>");
-    EXPECT_EQ(lines[lines.size() - 3], "</sesx>");
     EXPECT_EQ(lines[lines.size() - 2], "<!-- Converted /x/<a&b>.ses (Cool Edit Pro 2.1D) --> ");
-    EXPECT_EQ(lines[lines.size() - 1], "<!-- Converted by Morvanta - Version 1.5.00 --> ");
-    EXPECT_EQ(result.Document.back(), '\n');
-    EXPECT_EQ(result.Document.find('\r'), std::string::npos);
 }
 
 TEST(DocumentFrame, TheCommentPathIsMadeSafeForRecoding) {

@@ -3,17 +3,14 @@
 
 #include "TestSupport.h"
 #include "TrackPayloads.h"
-#include "TrackRecords.h"
 #include "reader/ChunkReaders.h"
 
 namespace morvanta::testing {
 namespace {
 
-using Strings = std::vector<std::string>;
-
 // Runs one reader over a file whose only chunk is `payload`, with the
 // header's envelope scale already in the session.
-Strings ReadAlone(ChunkReader reader, const Bytes& payload, double envelopeGainScale) {
+Session ReadAlone(ChunkReader reader, const Bytes& payload, double envelopeGainScale) {
     const auto bytes = SesBuilder().Chunk("envx", payload).Build();
     const ByteReader file(bytes);
     Session session;
@@ -23,36 +20,26 @@ Strings ReadAlone(ChunkReader reader, const Bytes& payload, double envelopeGainS
     ReadContext ctx{session, file, options, false, static_cast<std::int32_t>(bytes.size()), warnings, nullptr};
     const ChunkHeader chunk{"envx", 12, 20, static_cast<std::int32_t>(payload.Size())};
     EXPECT_EQ(reader(ctx, chunk), chunk.End());
-    return Describe(session.EnvelopePoints);
+    return session;
 }
 
-TEST(EnvelopeChunks, Ep20ScalesVolumeLanesAndStepsOverOtherKinds) {
-    const Bytes payload = Ep20Payload({{7, {{1, {{0, 0.5}, {10, 0.25}}}, {3, {{5, 9.0}}}, {2, {{20, 0.5}}}}},
-                                       {300000001, {{2, {{0, -0.75}}}}}});
-    EXPECT_EQ(ReadAlone(ReadEp20Chunk, payload, 2.0),
-              (Strings{"7 kind 1 @0 1", "7 kind 1 @10 0.5", "7 kind 2 @20 0.5", "300000001 kind 2 @0 -0.75"}));
-}
-
-TEST(EnvelopeChunks, EnvpRoundsVolumesTo12PlacesBeforeScaling) {
-    const Bytes payload = EnvpPayload({{4, {{0, 0.1234567890123456}, {8, 0.5}}, {{3, 0.1234567890123456}}}});
-    EXPECT_EQ(ReadAlone(ReadEnvpChunk, payload, 2.0),
-              (Strings{"4 kind 1 @0 0.246913578024", "4 kind 1 @8 1", "4 kind 2 @3 0.1234567890123456"}));
-}
-
-TEST(EnvelopeChunks, EnvpIsReadOnlyWhileNoPointsAreThere) {
-    const Bytes ep20 = Ep20Payload({{1, {{1, {{0, 0.5}}}}}});
-    const Bytes envp = EnvpPayload({{2, {{0, 0.25}}, {}}});
-    Session session;
-    ASSERT_EQ(ReadSesBytes(SesBuilder().Version("Audition 1.5").Chunk("envp", envp).Chunk("ep20", ep20).Build(),
-                           session, {})
-                  .Status,
-              ImportStatus::Converted);
-    EXPECT_EQ(Describe(session.EnvelopePoints), (Strings{"2 kind 1 @0 0.25", "1 kind 1 @0 0.5"}));
-    ASSERT_EQ(ReadSesBytes(SesBuilder().Version("Audition 1.5").Chunk("ep20", ep20).Chunk("envp", envp).Build(),
-                           session, {})
-                  .Status,
-              ImportStatus::Converted);
-    EXPECT_EQ(Describe(session.EnvelopePoints), (Strings{"1 kind 1 @0 0.5"}));
+// "ep20" scales volume lanes and steps over lanes of other kinds; "envp"
+// rounds volumes to 12 places before scaling, and is read only while no
+// points are there.
+TEST(EnvelopeChunks, PointsOfBothChunks) {
+    const Bytes ep20 = Ep20Payload({{7, {{1, {{0, 0.5}, {10, 0.25}}}, {3, {{5, 9.0}}}, {2, {{20, 0.5}}}}},
+                                    {300000001, {{2, {{0, -0.75}}}}}});
+    const Bytes envp = EnvpPayload({{4, {{0, 0.1234567890123456}, {8, 0.5}}, {{3, 0.1234567890123456}}}});
+    const Bytes ep20One = Ep20Payload({{1, {{1, {{0, 0.5}}}}}});
+    const Bytes envpOne = EnvpPayload({{2, {{0, 0.25}}, {}}});
+    auto both = [&](const char* firstTag, const Bytes& first, const char* secondTag, const Bytes& second) {
+        return ReadOk(SesBuilder().Version("Audition 1.5").Chunk(firstTag, first).Chunk(secondTag, second).Build());
+    };
+    ExpectGolden("envelope-chunks.model.txt",
+                 TitledDump("ep20 scaled by 2", ReadAlone(ReadEp20Chunk, ep20, 2.0)) +
+                     TitledDump("envp scaled by 2", ReadAlone(ReadEnvpChunk, envp, 2.0)) +
+                     TitledDump("envp, then ep20", both("envp", envpOne, "ep20", ep20One)) +
+                     TitledDump("ep20, then envp", both("ep20", ep20One, "envp", envpOne)));
 }
 
 // The points of a chunk lie inside it, even where the file behind would

@@ -4,19 +4,9 @@
 
 #include "TestSupport.h"
 #include "TrackPayloads.h"
-#include "TrackRecords.h"
 
 namespace morvanta::testing {
 namespace {
-
-using Strings = std::vector<std::string>;
-
-Session ReadOk(const std::vector<std::uint8_t>& bytes) {
-    Session session;
-    const ImportResult result = ReadSesBytes(bytes, session, {});
-    EXPECT_EQ(result.Status, ImportStatus::Converted) << result.Message;
-    return session;
-}
 
 std::vector<std::uint8_t> UpperSession(const char* version, std::int32_t count, const std::vector<Bytes>& entries) {
     const bool newer = std::string_view(version).starts_with("Audition 2") ||
@@ -24,59 +14,29 @@ std::vector<std::uint8_t> UpperSession(const char* version, std::int32_t count, 
     return SesBuilder().Version(version).Chunk("TRKS", UpperTrksPayload(newer, count, entries)).Build();
 }
 
+// Pan from the left/right cut law, the gains ordered high, low; the output
+// byte and the id where the record has them. Audition 1.5 alone takes the
+// id at 56 when that is the entry's number (the third record), and only then.
 TEST(TrackChunks, LowerCaseRecordsOfEveryVersion) {
-    TrksRecord vocal;
-    vocal.Left = 0.5;
-    vocal.Right = 0.8;
-    vocal.StateCode = 1;
-    vocal.Name = "Vocal ";
-    vocal.OutputByte = 3;
-    vocal.TrackId = 7;
-    TrksRecord guitar;
-    guitar.Left = 1.0;
-    guitar.Right = 0.25;
-    guitar.StateCode = 2;
-    guitar.Name = "Guitar";
-    guitar.TrackId = 8;
-
+    const std::vector<TrksRecord> records{
+        {.Left = 0.5, .Right = 0.8, .StateCode = 1, .Name = "Vocal ", .OutputByte = 3, .TrackId = 7},
+        {.Left = 1.0, .Right = 0.25, .StateCode = 2, .Name = "Guitar", .TrackId = 8},
+        {.Name = "Repaired", .TrackId = 0, .IdAt56 = 3},
+        {.Name = "Kept", .TrackId = 9, .IdAt56 = 5}};
     struct Case {
         const char* Version;
         int RecordSize;
         bool SecondHeaderField;
-        bool OutputAndId;
     };
-    for (const Case& c : {Case{"Cool Edit 2000 1.0", 72, false, false}, Case{"Cool Edit Pro 1.2a", 72, false, false},
-                          Case{"Cool Edit Pro 2.00", 96, false, false}, Case{"Cool Edit Pro 2.1", 104, false, true},
-                          Case{"Audition 1.0", 104, false, true}, Case{"Audition 1.5", 152, false, true},
-                          Case{"Audition 2.0", 152, true, true}, Case{"Audition 3.0", 152, true, true}}) {
-        const Session session = ReadOk(
-            SesBuilder().Version(c.Version).Chunk("trks", TrksPayload(c.RecordSize, c.SecondHeaderField, {vocal, guitar})).Build());
-        // Pan from the left/right cut law; the gains ordered high, low.
-        const std::string out = c.OutputAndId ? "3" : "0";
-        EXPECT_EQ(Describe(session.SesTracks),
-                  (Strings{"'Vocal' id " + std::string(c.OutputAndId ? "7" : "1") +
-                               " gains 0.8/0.5 state 1 solo 0 pan 37.5 bus 0 out " + out +
-                               " height 66 phase 0 post 0 mode 1",
-                           "'Guitar' id " + std::string(c.OutputAndId ? "8" : "2") +
-                               " gains 1/0.25 state 2 solo 0 pan -75 bus 0 out 0 height 66 phase 0 post 0 mode 1"}))
-            << c.Version;
+    std::string dumps;
+    for (const Case& c : {Case{"Cool Edit 2000 1.0", 72, false}, Case{"Cool Edit Pro 1.2a", 72, false},
+                          Case{"Cool Edit Pro 2.00", 96, false}, Case{"Cool Edit Pro 2.1", 104, false},
+                          Case{"Audition 1.0", 104, false}, Case{"Audition 1.5", 152, false},
+                          Case{"Audition 2.0", 152, true}, Case{"Audition 3.0", 152, true}}) {
+        const auto payload = TrksPayload(c.RecordSize, c.SecondHeaderField, records);
+        dumps += TitledDump(c.Version, ReadOk(SesBuilder().Version(c.Version).Chunk("trks", payload).Build()));
     }
-}
-
-TEST(TrackChunks, Audition15TakesTheIdAt56WhenItIsTheEntryNumber) {
-    TrksRecord repaired;
-    repaired.TrackId = 0;
-    repaired.IdAt56 = 1;
-    TrksRecord kept;
-    kept.TrackId = 9;
-    kept.IdAt56 = 5;
-    const auto payload = TrksPayload(152, false, {repaired, kept});
-    Session session = ReadOk(SesBuilder().Version("Audition 1.5").Chunk("trks", payload).Build());
-    ASSERT_EQ(session.SesTracks.size(), 2u);
-    EXPECT_EQ(session.SesTracks[0].TrackId, 1);
-    EXPECT_EQ(session.SesTracks[1].TrackId, 9);
-    session = ReadOk(SesBuilder().Version("Audition 3.0").Chunk("trks", TrksPayload(152, true, {repaired, kept})).Build());
-    EXPECT_EQ(session.SesTracks[0].TrackId, 0);
+    ExpectGolden("trks-records.model.txt", dumps);
 }
 
 // The walk goes on behind the payload, so the records must lie inside it:
@@ -93,8 +53,7 @@ TEST(TrackChunks, LowerCaseRecordsLieInsideTheirChunk) {
                   "there");
 }
 
-// An entry with every part filled, and a plain one behind it that only
-// its RecordLength can reach.
+// An entry with every part filled.
 TEST(TrackChunks, AnUpperCaseEntryFillsEveryList) {
     TrackEntry full = NamedEntry(5, u"  Lead\u0141 ");
     full.SoloByte = 23;   // "23": 2
@@ -123,29 +82,17 @@ TEST(TrackChunks, AnUpperCaseEntryFillsEveryList) {
     full.Sends = {first, second};
     full.EffectList = Bytes().Int32(3).Zeros(64);
 
+    // A plain entry behind it that only its RecordLength can reach; its mute
+    // count above 250 gives way to the one 16 bytes on.
     TrackEntry plain = NamedEntry(6, u"Plain");
-    const Session session = ReadOk(UpperSession("Audition 3.0", 2, {TrackEntryBytes(full), TrackEntryBytes(plain)}));
-
-    // A unit above 255 gives its two bytes; the name is trimmed.
-    EXPECT_EQ(Describe(session.SesTracks),
-              (Strings{"'LeadA\x01' id 5 gains 0.5/0.5 state 3 solo 2 pan -40 bus 20005 out 30000 height 77 "
-                       "phase 1 post 1 mode 2",
-                       "'Plain' id 6 gains 1/1 state 0 solo 0 pan 0 bus 0 out 0 height 0 phase 0 post 0 mode 1"}));
-    // Parameters 5, 12 and 13 keep nothing; 0.4 enables nothing.
-    EXPECT_EQ(Describe(session.TrackEqs), (Strings{"5 low 100/3/110 mid 1000/-6/120 high 9000/9/130 on 0",
-                                                   "6 low 0/0/0 mid 0/0/0 high 0/0/0 on 0"}));
-    EXPECT_EQ(Describe(session.TrackVolumePoints), (Strings{"5 @0 0.5", "5 @100 0.75"}));
-    EXPECT_EQ(Describe(session.TrackMutePoints), (Strings{"5 @0 1", "5 @50 0.333333333333", "5 @60 0.3"}));
-    EXPECT_EQ(Describe(session.TrackPanPoints), (Strings{"5 @0 0.7", "5 @10 0.5", "5 @20 0"}));
-    // A single rack point is no automation.
-    EXPECT_EQ(Describe(session.RackAutomation), (Strings{"5 slot 0 'Wet' @0 0.1", "5 slot 0 'Wet' @5 0.666666666667"}));
-    // Send points from two up; "Pan" as a fraction, and its last value
-    // reaches the slot whatever its count.
-    EXPECT_EQ(Describe(session.SendAutomation),
-              (Strings{"5 slot 0 'Power On/Off' @0 1", "5 slot 0 'Power On/Off' @9 0", "5 slot 1 'Level' @0 0.5",
-                       "5 slot 1 'Level' @4 1"}));
-    EXPECT_EQ(Describe(session.TrackSends),
-              (Strings{"5 [0: bus 20002 level 0.75 pan 25 pre 1] [1: bus 20003 level 0.5 pan 0 pre 0]", "6"}));
+    plain.Mute = {{0, 0.0}, {5, 1.0}};
+    plain.MuteCountAbove250 = 251;
+    // A unit above 255 gives its two bytes and the name is trimmed; EQ
+    // parameters 5, 12 and 13 keep nothing and 0.4 enables nothing; a single
+    // rack point is no automation; send points count from two, "Pan" as a
+    // fraction, and its last value reaches the slot whatever its count.
+    ExpectModelGolden("trks-upper-entries",
+                      ReadOk(UpperSession("Audition 3.0", 2, {TrackEntryBytes(full), TrackEntryBytes(plain)})));
 }
 
 TEST(TrackChunks, SendsPast16AreNotKept) {
@@ -156,42 +103,26 @@ TEST(TrackChunks, SendsPast16AreNotKept) {
         send.Parameters = {AutomatedParameter("Pan", {{0, 0.0}, {1, 0.0}}, i)};
         entry.Sends.push_back(send);
     }
-    const Session session = ReadOk(UpperSession("Audition 2.0", 1, {TrackEntryBytes(entry)}));
-    ASSERT_EQ(session.TrackSends.size(), 1u);
-    EXPECT_EQ(session.TrackSends[0].Slots[15].OutputBus, 20016);
-    EXPECT_EQ(session.TrackSends[0].Slots[15].Pan, 16);
-    EXPECT_EQ(session.SendAutomation.size(), 32u);
-    EXPECT_EQ(session.SendAutomation.back().SendSlot, 15);
-}
-
-TEST(TrackChunks, AMuteCountAbove250GivesWayToTheOne16BytesOn) {
-    TrackEntry entry = NamedEntry(1, u"Mute");
-    entry.Mute = {{0, 0.0}, {5, 1.0}};
-    entry.MuteCountAbove250 = 251;
-    const Session session = ReadOk(UpperSession("Audition 3.0", 1, {TrackEntryBytes(entry)}));
-    EXPECT_EQ(Describe(session.TrackMutePoints), (Strings{"1 @0 0", "1 @5 1"}));
+    ExpectModelGolden("trks-sends-past-16", ReadOk(UpperSession("Audition 2.0", 1, {TrackEntryBytes(entry)})));
 }
 
 TEST(TrackChunks, MarkerEntries) {
-    // Audition 1.5 has no second header field. The skipped entry counts
-    // one; the video entry, counted last, still takes the entry behind it.
-    const auto bytes = UpperSession("Audition 1.5", 2,
-                                    {MarkerEntryBytes(259999, u"Gone"), MarkerEntryBytes(490000, u" Film\u0141\u00E9 "),
-                                     TrackEntryBytes(NamedEntry(3, u"Behind"))});
-    const Session session = ReadOk(bytes);
-    EXPECT_EQ(Describe(session.SesTracks),
-              (Strings{"'Film?\xE9' id 490000 gains 1/1 state 0 solo 0 pan 0 bus 0 out 10000 height 0 phase 0 post 0 "
-                       "mode 0",
-                       "'Behind' id 3 gains 1/1 state 0 solo 0 pan 0 bus 0 out 0 height 0 phase 0 post 0 mode 1"}));
+    // Audition 1.5 has no second header field. The skipped entries (250000
+    // to 259999) count one each; the video entry, counted last, still takes
+    // the entry behind it, whose marker 260000 is none of the two kinds.
+    TrackEntry behind = NamedEntry(3, u"Behind");
+    behind.Marker = 260000;
+    const auto bytes = UpperSession("Audition 1.5", 3,
+                                    {MarkerEntryBytes(259999, u"Gone"), MarkerEntryBytes(250000, u"Gone too"),
+                                     MarkerEntryBytes(490000, u" Film\u0141\u00E9 "), TrackEntryBytes(behind)});
+    ExpectModelGolden("trks-marker-entries", ReadOk(bytes));
 
     // With a charset the name is in that charset's bytes, which the
     // document is recoded from: in ISO-8859-2 the L with stroke is A3 and
     // the e acute E9.
     ConvertOptions latin2;
     latin2.Charset = "ISO-8859-2";
-    Session recoded;
-    ASSERT_EQ(ReadSesBytes(bytes, recoded, latin2).Status, ImportStatus::Converted);
-    EXPECT_EQ(recoded.SesTracks[0].Name, "Film\xA3\xE9");
+    EXPECT_EQ(ReadOk(bytes, latin2).SesTracks.at(0).Name, "Film\xA3\xE9");
 }
 
 TEST(TrackChunks, TheWalkGoesOnWhereTheLastEntryEnded) {
@@ -208,10 +139,7 @@ TEST(TrackChunks, TheWalkGoesOnWhereTheLastEntryEnded) {
                            .ChunkWithLength("TRKS", static_cast<std::int32_t>(one.Size()) + 5000, one)
                            .Chunk("TRKS", UpperTrksPayload(true, 1, {TrackEntryBytes(second)}))
                            .Build();
-    const Session session = ReadOk(bytes);
-    ASSERT_EQ(session.SesTracks.size(), 1u);
-    EXPECT_EQ(session.SesTracks[0].Name, "Second");
-    EXPECT_EQ(Describe(session.TrackVolumePoints), (Strings{"1 @0 0.5", "2 @0 0.25"}));
+    ExpectModelGolden("trks-second-chunk", ReadOk(bytes));
 }
 
 // Everything a track entry reads lies inside its record, so an entry may
@@ -275,20 +203,16 @@ TEST(TrackChunks, HostileEntriesFailWithTheirOffset) {
 // The track EQ chunk "tkeq"; how its records find their tracks is pinned by
 // the golden documents of the four versions that read it.
 TEST(TrackChunks, OnlyTheFourVersionsOfTheEqChunkReadIt) {
+    // The middle Q stands in front of the middle gain.
+    const std::vector<TkeqRecord> records{{.TrackKey = 2, .LowFrequency = 100, .LowGain = 1, .HighFrequency = 9000,
+                                           .HighGain = 2, .MidFrequency = 1500, .MidQ = 300, .MidGain = -4, .LowQ = 110,
+                                           .HighQ = 120},
+                                          {.TrackKey = 10000, .LowFrequency = 50, .HighQ = 7}};
+    std::string dumps;
     for (const char* version : {"Cool Edit Pro 2.00", "Cool Edit Pro 2.1", "Audition 1.0", "Audition 1.5",
-                                "Cool Edit Pro 1.2", "Cool Edit 2000 1.0", "Audition 2.0", "Audition 3.0"}) {
-        Session session;
-        const TkeqRecord record{.TrackKey = 2, .LowFrequency = 100, .LowGain = 1, .HighFrequency = 9000, .HighGain = 2,
-                                .MidFrequency = 1500, .MidQ = 300, .MidGain = -4, .LowQ = 110, .HighQ = 120};
-        const auto bytes = SesBuilder().Version(version).Chunk("tkeq", TkeqPayload({record})).Build();
-        ASSERT_EQ(ReadSesBytes(bytes, session, {}).Status, ImportStatus::Converted) << version;
-        const bool reads = std::string_view(version).starts_with("Audition 1") ||
-                           std::string_view(version).starts_with("Cool Edit Pro 2");
-        // The middle Q stands in front of the middle gain.
-        EXPECT_EQ(Describe(session.TrackEqs),
-                  reads ? Strings{"2 low 100/1/110 mid 1500/-4/300 high 9000/2/120 on 1"} : Strings{})
-            << version;
-    }
+                                "Cool Edit Pro 1.2", "Cool Edit 2000 1.0", "Audition 2.0", "Audition 3.0"})
+        dumps += TitledDump(version, ReadOk(SesBuilder().Version(version).Chunk("tkeq", TkeqPayload(records)).Build()));
+    ExpectGolden("tkeq-records.model.txt", dumps);
 }
 
 TEST(TrackChunks, EqCountsBeyondTheLoopCounterOrTheChunkFail) {

@@ -151,19 +151,8 @@ TEST(TrackWriter, AnEqRecordThatIsOffStillGivesItsValues) {
     Session session;
     session.SampleRate = 44100;
     session.Tracks = {MakeTrack(5, 2, "By ordinal")};
-    TrackEq eq;
-    eq.TrackKey = 2;
-    eq.LowFrequency = 1000;
-    eq.LowQ = 150;
-    eq.LowGain = 0;
-    eq.MidFrequency = 20;
-    eq.MidQ = 25000;
-    eq.MidGain = -12;
-    eq.HighFrequency = 22050;
-    eq.HighQ = 1;
-    eq.HighGain = 3;
-    eq.EqEnabled = 0;
-    session.TrackEqs = {eq};
+    session.TrackEqs = {{.TrackKey = 2, .LowFrequency = 1000, .LowGain = 0, .HighFrequency = 22050, .HighGain = 3,
+                         .MidFrequency = 20, .MidGain = -12, .MidQ = 25000, .LowQ = 150, .HighQ = 1, .EqEnabled = 0}};
     const Strings found = Block(Write(session), R"(id="trackEQ")", "</component>");
     ASSERT_EQ(found.size(), 46u);
     Strings computed{found[0]};
@@ -193,13 +182,7 @@ TEST(TrackWriter, TheFirstEqRecordThatNamesATrackEitherWayCounts) {
     // The key 2 is the ordinal of the first track and the id of the second,
     // the key 3 the other way round.
     session.Tracks = {MakeTrack(3, 2, "First"), MakeTrack(2, 3, "Second")};
-    TrackEq two;
-    two.TrackKey = 2;
-    two.EqEnabled = 1;
-    TrackEq three;
-    three.TrackKey = 3;
-    three.EqEnabled = 0;
-    session.TrackEqs = {two, three};
+    session.TrackEqs = {{.TrackKey = 2, .EqEnabled = 1}, {.TrackKey = 3, .EqEnabled = 0}};
     const Strings lines = Write(session);
     const std::string on = R"(<component componentID="Audition.EQ" id="trackEQ" name="EQ" powered="true">)";
     EXPECT_EQ(Block(lines, R"(id="trackEQ")", "</component>", 0)[0], on) << "by ordinal, before the id's record";

@@ -28,6 +28,16 @@ TEST_P(WholeSessions, ConvertsToItsGoldenDocument) {
     ExpectGolden(version.Stem + ".sesx", result.Document);
 }
 
+// The model the writer walks: the raw lists of each version's chunks and
+// what the assembly made of them.
+TEST_P(WholeSessions, ReadsAndAssemblesToItsGoldenModel) {
+    Session session = ReadOk(WholeSession(GetParam().Text));
+    std::vector<Diagnostic> warnings;
+    AssembleSession(session, {}, warnings);
+    EXPECT_TRUE(warnings.empty());
+    ExpectModelGolden(GetParam().Stem, session);
+}
+
 INSTANTIATE_TEST_SUITE_P(EveryWriterVersion, WholeSessions, ::testing::ValuesIn(WriterVersions()),
                          [](const ::testing::TestParamInfo<WriterVersion>& param) {
                              std::string name;
