@@ -94,7 +94,7 @@ std::string kelb16_to_base64(std::string_view source) {
         const auto b0 = static_cast<unsigned char>(bytes[i]);
         const auto b1 = i + 1 < bytes.size() ? static_cast<unsigned char>(bytes[i + 1]) : 0u;
         const auto b2 = i + 2 < bytes.size() ? static_cast<unsigned char>(bytes[i + 2]) : 0u;
-        const unsigned triple = (b0 << 16) | (b1 << 8) | b2;
+        const unsigned triple = (static_cast<unsigned>(b0) << 16) | (b1 << 8) | b2;
         text += kAlphabet[(triple >> 18) & 63];
         text += kAlphabet[(triple >> 12) & 63];
         text += i + 1 < bytes.size() ? kAlphabet[(triple >> 6) & 63] : '=';
