@@ -44,12 +44,15 @@ inline std::string ReadFile(const std::filesystem::path& path) {
     return text.str();
 }
 
+// Writes a file, making its folder first.
 inline void WriteFile(const std::filesystem::path& path, const std::string& content) {
+    std::filesystem::create_directories(path.parent_path());
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
     out << content;
 }
 
 inline void WriteFile(const std::filesystem::path& path, const std::vector<std::uint8_t>& content) {
+    std::filesystem::create_directories(path.parent_path());
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
     out.write(reinterpret_cast<const char*>(content.data()), static_cast<std::streamsize>(content.size()));
 }

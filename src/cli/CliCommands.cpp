@@ -2,12 +2,14 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iomanip>
 #include <iostream>
 #include <optional>
 #include <sstream>
+#include <thread>
 
 #include "model/VersionClasses.h"
 #include "reader/ImportSes.h"
@@ -190,16 +192,20 @@ int RunConvert(const ConvertCommand& command, std::ostream& out, std::ostream& e
         }
     }
 
+    // Without a terminal to ask on, an existing document is kept.
+    switch (command.Overwrite) {
+        case OverwriteMode::All: settings.Existing = ExistingDocuments::ReplaceAll; break;
+        case OverwriteMode::Skip: settings.Existing = ExistingDocuments::Keep; break;
+        case OverwriteMode::Ask:
+            settings.Existing = IsTerminal(STDIN_FILENO) ? ExistingDocuments::Ask : ExistingDocuments::Keep;
+            break;
+    }
+    settings.Jobs = command.Jobs > 0 ? command.Jobs : static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
+
     const bool showBar = !command.Json && IsTerminal(STDERR_FILENO) && rows.size() > 3;
     ProgressBar bar(err, showBar);
     RunCallbacks callbacks;
     callbacks.AskOverwrite = [&](const std::string&, const std::string& target) {
-        switch (command.Overwrite) {
-            case OverwriteMode::All: return kOverwriteAll;
-            case OverwriteMode::Skip: return kSkipFile;
-            case OverwriteMode::Ask: break;
-        }
-        if (!IsTerminal(STDIN_FILENO)) return kSkipFile;
         bar.Clear();
         return AskOnTerminal(target, err);
     };
@@ -224,17 +230,14 @@ int RunConvert(const ConvertCommand& command, std::ostream& out, std::ostream& e
     const RunSummary summary = RunConversion(rows, settings, callbacks);
     bar.Clear();
 
-    bool anyBad = missing || summary.Cancelled;
-    int written = 0;
-    for (const FileOutcome& o : summary.Outcomes) {
-        anyBad = anyBad || (o.Status != FileStatus::Converted && o.Status != FileStatus::Skipped);
-        written += o.Status == FileStatus::Converted;
-    }
-
-    const std::string text = SummaryText(summary.ConvertedCount, summary.CheckedCount);
+    const RunCounts counts = CountOutcomes(summary);
+    const bool anyBad = missing || summary.Cancelled || counts.Refused + counts.Failed + counts.NotSessions > 0;
+    const std::string text = CountsText(counts, summary.CheckedCount);
     if (command.Json) {
         out << "{\"checked\":" << summary.CheckedCount << ",\"processed\":" << summary.ConvertedCount
-            << ",\"written\":" << written << ",\"cancelled\":" << (summary.Cancelled ? "true" : "false")
+            << ",\"written\":" << counts.Converted << ",\"refused\":" << counts.Refused
+            << ",\"failed\":" << counts.Failed << ",\"skipped\":" << counts.Skipped
+            << ",\"notSessions\":" << counts.NotSessions << ",\"cancelled\":" << (summary.Cancelled ? "true" : "false")
             << ",\"summary\":" << JsonString(text) << ",\"files\":[";
         for (std::size_t i = 0; i < summary.Outcomes.size(); ++i) {
             const FileOutcome& o = summary.Outcomes[i];

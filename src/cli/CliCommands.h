@@ -23,6 +23,7 @@ struct ConvertCommand {
     bool Json = false;
     std::string Language;  // a language name or a charset; empty: no recoding
     std::string Catalogues;  // a folder of effect catalogues; empty: the shipped ones
+    int Jobs = 0;            // files converted at once; 0: one per core
 };
 
 struct ScanCommand {

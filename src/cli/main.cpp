@@ -20,25 +20,32 @@ int main(int argc, char** argv) {
     ConvertCommand convert;
     auto* convertApp = app.add_subcommand("convert", "Convert session files, or every *.ses file of folders");
     convertApp->add_option("PATH", convert.Paths, "Session files or folders")->required();
-    convertApp->add_option("--out,-o", convert.OutFolder,
-                           "Folder for the documents (default: beside each source file); it must exist");
+    convertApp
+        ->add_option("--out,-o", convert.OutFolder,
+                     "Folder for the documents (default: beside each source file); it must exist")
+        ->type_name("DIR");
     const std::map<std::string, OverwriteMode> modes{
         {"ask", OverwriteMode::Ask}, {"all", OverwriteMode::All}, {"skip", OverwriteMode::Skip}};
     convertApp
         ->add_option("--overwrite", convert.Overwrite,
-                     "What to do with an existing document: ask (on a terminal; skip otherwise), all, skip")
-        ->transform(CLI::CheckedTransformer(modes, CLI::ignore_case))
-        ->default_str("ask");
+                     "When a document exists: ask (on a terminal), all (replace), skip (keep)")
+        ->transform(CLI::CheckedTransformer(modes, CLI::ignore_case).description(""))
+        ->type_name("ask|all|skip");
     convertApp->add_flag("--no-path-names", convert.NoPathNames,
                          "List media files by name only, without their folders");
     convertApp->add_flag("--recursive,-r", convert.Recursive, "Also convert the sessions of sub-folders");
-    convertApp->add_option("--language", convert.Language,
-                           "Recode each document to UTF-8 from the code page of this language: one of "
-                           "\"Central European\", \"Cyrillic\", \"Greek\", \"Japanese 1\", \"Japanese 2\", "
-                           "\"Korean\", \"Russian\", \"Simple Chinese\", \"Thai\", \"Traditional Chinese\", "
-                           "\"Vietnamese\", \"Western\", or a charset name such as ISO-8859-2");
-    convertApp->add_option("--catalogues", convert.Catalogues,
-                           "Folder of effect catalogues to use instead of the shipped ones; it must exist");
+    convertApp
+        ->add_option("--language", convert.Language,
+                     "Recode each document to UTF-8 from a language's code page (\"Cyrillic\", \"Japanese 1\"...)")
+        ->type_name("NAME");
+    convertApp
+        ->add_option("--catalogues", convert.Catalogues,
+                     "Folder of effect catalogues to use instead of the shipped ones; it must exist")
+        ->type_name("DIR");
+    convertApp
+        ->add_option("--jobs,-j", convert.Jobs, "Convert N files at once (default: the number of cores)")
+        ->type_name("N")
+        ->check(CLI::Range(1, 256).description(""));
     convertApp->add_flag("--json", convert.Json, "Print one JSON document instead of lines");
 
     ScanCommand scan;
@@ -51,8 +58,10 @@ int main(int argc, char** argv) {
     auto* infoApp = app.add_subcommand(
         "info", "Show the header, version and chunks of one session file, and the route of each of its effects");
     infoApp->add_option("FILE", info.File, "Session file")->required();
-    infoApp->add_option("--catalogues", info.Catalogues,
-                        "Folder of effect catalogues to use instead of the shipped ones; it must exist");
+    infoApp
+        ->add_option("--catalogues", info.Catalogues,
+                     "Folder of effect catalogues to use instead of the shipped ones; it must exist")
+        ->type_name("DIR");
     infoApp->add_flag("--json", info.Json, "Print one JSON document instead of lines");
     infoApp->add_flag("--model", info.Model, "Print every value read from the session, one line per record");
 

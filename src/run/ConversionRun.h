@@ -22,10 +22,22 @@ struct RunRow {
 
 enum class TargetOption { SourceFolders = 0, SpecificFolder = 1 };
 
+// What happens to a document that is already there.
+enum class ExistingDocuments {
+    Ask,         // the AskOverwrite callback decides; without it, keep
+    ReplaceAll,  // replace every one, asking nothing
+    Keep,        // keep every one, asking nothing
+};
+
 struct RunSettings {
     TargetOption Target = TargetOption::SourceFolders;
     std::string TargetFolder;  // read for every file
     ConvertOptions Convert;
+    ExistingDocuments Existing = ExistingDocuments::Ask;
+    // Files converted at once. The callbacks are still called from the
+    // caller's thread, in the order of the rows, and the documents are those
+    // of a run of one file after the other.
+    int Jobs = 1;
 };
 
 // Answers of the overwrite question.
@@ -63,7 +75,7 @@ struct RunCallbacks {
     // overwrite message; returns one of the answers above. Without it the
     // existing document is kept.
     std::function<int(const std::string& message, const std::string& targetPath)> AskOverwrite;
-    std::function<void(const RunProgress&)> Progress;  // before each file is read
+    std::function<void(const RunProgress&)> Progress;  // before each file is handed to the reader
     std::function<void(const FileOutcome&)> FileDone;  // after each row that was handled
     // Asked before each row; true ends the run there, as a cancel does (a
     // window that is being closed).
@@ -78,6 +90,9 @@ struct RunSummary {
 };
 
 // Walks the rows from first to last; converts each ticked one and unticks it.
+// A question about an existing document is asked before that file's work
+// starts and after every earlier file is reported, so a cancel leaves no
+// document of a later file behind it.
 RunSummary RunConversion(std::vector<RunRow>& rows, const RunSettings& settings,
                          const RunCallbacks& callbacks = {});
 
@@ -94,6 +109,18 @@ inline constexpr std::string_view kNoFilesSelected = "There are no selected item
 std::string ConfirmationText(int checkedCount, const RunSettings& settings);
 std::string OverwriteMessage(const std::string& targetPath);
 std::string SummaryText(int convertedCount, int checkedCount);
+// What became of the files of a run, counted by status.
+struct RunCounts {
+    int Converted = 0;  // documents written
+    int Refused = 0;
+    int Failed = 0;
+    int Skipped = 0;
+    int NotSessions = 0;
+};
+RunCounts CountOutcomes(const RunSummary& summary);
+// "Converted 2 of 9 files: 3 refused, 4 failed, 0 skipped, 0 not sessions."
+std::string CountsText(const RunCounts& counts, int checkedCount);
+
 // One line for each refused or failed file and each warning, in run order,
 // for the list a front end shows after the summary.
 std::vector<std::string> ProblemLines(const RunSummary& summary);

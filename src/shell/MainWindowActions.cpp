@@ -11,6 +11,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QThread>
 #include <QTreeView>
 
 #include "services/ProgramLocation.h"
@@ -249,6 +250,8 @@ RunSettings MainWindow::CurrentRunSettings() const {
     settings.TargetFolder = LocalPath(targetTextBox_->text());
     settings.Convert.NoPathNames = noPathNames_;
     settings.Convert.CatalogueFolder = ShippedCatalogueFolder(ProgramFile());
+    // One file per core; the list and the progress still follow the rows.
+    settings.Jobs = std::max(1, QThread::idealThreadCount());
     if (nonEnglishCheck_->isChecked()) {
         settings.Convert.NonEnglish = true;
         const int row = std::max(0, languageList_->currentIndex());

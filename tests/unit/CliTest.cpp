@@ -7,6 +7,8 @@
 
 #include "EffectPayloads.h"
 #include "SesBuilder.h"
+#include "WholeSessions.h"
+#include "services/TextHelpers.h"
 #include "TestSupport.h"
 
 namespace morvanta::testing {
@@ -41,25 +43,69 @@ TEST(Cli, ConvertsAFolderAndExitsZero) {
     const std::string folder = dir.Path().string() + "/";
     EXPECT_EQ(run.Out, "converted  " + folder + "a.ses -> " + folder + "a.sesx\n" + "converted  " + folder +
                            "b.ses -> " + folder + "b.sesx\n" +
-                           "There were 2 of 2 files successfully converted.\n");
+                           "Converted 2 of 2 files: 0 refused, 0 failed, 0 skipped, 0 not sessions.\n");
     EXPECT_TRUE(std::filesystem::exists(dir / "a.sesx"));
 }
 
-TEST(Cli, ARefusedOrBrokenFileMakesTheExitCodeOne) {
+// Every outcome in one batch, converted once file after file and once on
+// four threads: the same lines in the same order, the same documents.
+TEST(Cli, AMixedBatchIsReportedInFileOrderWhateverTheJobs) {
     TempDir dir;
-    WriteFile(dir / "a.ses", SesBuilder().Version("Audition 3.0").Build());
-    WriteFile(dir / "old.ses", SesBuilder().Version("Cool Edit Pro 1.0").Build());
-    const CliRun run = RunCli("convert " + Quote(dir / "a.ses") + " " + Quote(dir / "old.ses"));
-    EXPECT_EQ(run.Exit, 1) << run.Out;
-    EXPECT_NE(run.Out.find("refused    " + (dir / "old.ses").string() + ": Cool Edit Pro 1.0 is not currently supported\n"),
-              std::string::npos)
-        << run.Out;
-    EXPECT_NE(run.Out.find("There were 2 of 2 files successfully converted.\n"), std::string::npos);
-    // The summary counts the refused file as the window does; the JSON also
-    // says how many documents were written.
-    const CliRun json = RunCli("convert --overwrite=all --json " + Quote(dir / "a.ses") + " " + Quote(dir / "old.ses"));
+    std::vector<std::string> names;
+    for (const WriterVersion& version : WriterVersions()) {
+        WriteFile(dir / "in" / (version.Stem + ".ses"), WholeSession(version.Text));
+        names.push_back(version.Stem);
+    }
+    WriteFile(dir / "in" / "old.ses", SesBuilder().Version("Cool Edit Pro 1.0").Build());
+    std::vector<std::uint8_t> cut = WholeSession("Audition 3.0");
+    cut.resize(cut.size() / 2);
+    WriteFile(dir / "in" / "cut.ses", cut);
+    WriteFile(dir / "in" / "text.ses", std::string("not a session"));
+    WriteFile(dir / "in" / "kept.ses", SesBuilder().Version("Audition 2.0").Build());
+
+    std::string documents[2];
+    std::string lines[2];
+    for (const int jobs : {1, 4}) {
+        const std::filesystem::path out = dir / ("out" + std::to_string(jobs));
+        WriteFile(out / "kept.sesx", std::string("old"));
+        const CliRun run = RunCli("convert --jobs " + std::to_string(jobs) + " --out " + Quote(out) + " " +
+                                  Quote(dir / "in"));
+        EXPECT_EQ(run.Exit, 1) << run.Out;
+        lines[jobs == 4] = ReplaceAll(run.Out, out.string(), "OUT");
+        for (const std::string& name : names) documents[jobs == 4] += ReadFile(out / (name + ".sesx"));
+        EXPECT_EQ(ReadFile(out / "kept.sesx"), "old");
+        EXPECT_FALSE(std::filesystem::exists(out / "cut.sesx"));
+    }
+    EXPECT_EQ(lines[1], lines[0]);
+    EXPECT_TRUE(documents[1] == documents[0]);
+    const std::string in = (dir / "in").string() + "/";
+    const std::vector<std::string> expected{
+        "converted  " + in + "audition-1.0.ses -> OUT/audition-1.0.sesx",
+        "converted  " + in + "audition-1.5.ses -> OUT/audition-1.5.sesx",
+        "converted  " + in + "audition-2.0.ses -> OUT/audition-2.0.sesx",
+        "converted  " + in + "audition-3.0.ses -> OUT/audition-3.0.sesx",
+        "converted  " + in + "cool-edit-2000.ses -> OUT/cool-edit-2000.sesx",
+        "converted  " + in + "cool-edit-pro-1.2.ses -> OUT/cool-edit-pro-1.2.sesx",
+        "converted  " + in + "cool-edit-pro-1.2a.ses -> OUT/cool-edit-pro-1.2a.sesx",
+        "converted  " + in + "cool-edit-pro-2.00.ses -> OUT/cool-edit-pro-2.00.sesx",
+        "converted  " + in + "cool-edit-pro-2.1.ses -> OUT/cool-edit-pro-2.1.sesx",
+        "failed     " + in + "cut.ses: offset 7910 (chunk \"TRKS\"): the track record at offset 7910 has length "
+                             "3250, which runs past the end of the file (8404 bytes)",
+        "skipped    " + in + "kept.ses: kept the existing OUT/kept.sesx",
+        "refused    " + in + "old.ses: Cool Edit Pro 1.0 is not currently supported",
+        "not-ses    " + in + "text.ses: not a session file: it does not start with \"COOLNESS\"",
+        "Converted 9 of 13 files: 1 refused, 1 failed, 1 skipped, 1 not sessions.",
+    };
+    EXPECT_EQ(Lines(lines[1]), expected);
+
+    // The JSON counts the same.
+    const CliRun json = RunCli("convert --json --out " + Quote(dir / "out4") + " " + Quote(dir / "in" / "old.ses") +
+                               " " + Quote(dir / "in" / "kept.ses"));
     EXPECT_EQ(json.Exit, 1) << json.Out;
-    EXPECT_TRUE(json.Out.starts_with("{\"checked\":2,\"processed\":2,\"written\":1,\"cancelled\":false,")) << json.Out;
+    EXPECT_TRUE(json.Out.starts_with("{\"checked\":2,\"processed\":1,\"written\":0,\"refused\":1,\"failed\":0,"
+                                     "\"skipped\":1,\"notSessions\":0,\"cancelled\":false,\"summary\":\"Converted 0 of "
+                                     "2 files: 1 refused, 0 failed, 1 skipped, 0 not sessions.\","))
+        << json.Out;
 }
 
 TEST(Cli, ExistingDocumentsAreSkippedWithoutATerminalUnlessAllIsGiven) {
@@ -72,7 +118,7 @@ TEST(Cli, ExistingDocumentsAreSkippedWithoutATerminalUnlessAllIsGiven) {
     run = RunCli("convert --overwrite=all --json " + Quote(dir / "a.ses"));
     EXPECT_EQ(run.Exit, 0) << run.Out;
     EXPECT_NE(ReadFile(dir / "a.sesx"), "old");
-    EXPECT_TRUE(run.Out.starts_with("{\"checked\":1,\"processed\":1,\"written\":1,\"cancelled\":false,")) << run.Out;
+    EXPECT_TRUE(run.Out.starts_with("{\"checked\":1,\"processed\":1,\"written\":1,\"refused\":0,")) << run.Out;
 }
 
 TEST(Cli, UsageErrorsExitTwo) {

@@ -45,7 +45,8 @@ TEST(ConversionRun, MessagesOfTheRun) {
 // Four sessions whose documents exist. One answer is given for the document
 // of `at` ("&Yes" for the others), or no answer at all: how often the run
 // asks, what it converts, which documents stay old and which rows keep their
-// tick. The next run asks again after "Yes to &All" (MainWindowTest).
+// tick, one file after the other or three at once. The next run asks again
+// after "Yes to &All" (MainWindowTest).
 TEST(ConversionRun, TheOverwriteAnswers) {
     struct Row {
         const char* Name;
@@ -63,8 +64,9 @@ TEST(ConversionRun, TheOverwriteAnswers) {
         {"cancel leaves the run at once", kCancelRun, "c", 3, "CC", true, "cd", "cd"},
         {"without an answer every document is kept", -1, "", 0, "SSSS", false, "abcd", "abcd"},
     };
-    for (const Row& r : table) {
-        SCOPED_TRACE(r.Name);
+    for (const int jobs : {1, 3}) {
+        for (const Row& r : table) {
+        SCOPED_TRACE(std::string(r.Name) + ", jobs " + std::to_string(jobs));
         TempDir dir;
         std::vector<RunRow> rows;
         for (const std::string name : {"a", "b", "c", "d"}) {
@@ -79,7 +81,9 @@ TEST(ConversionRun, TheOverwriteAnswers) {
                 ++asked;
                 return target.ends_with("/" + r.At + ".sesx") ? r.Answer : kOverwrite;
             };
-        const RunSummary summary = RunConversion(rows, {}, callbacks);
+        RunSettings settings;
+        settings.Jobs = jobs;
+        const RunSummary summary = RunConversion(rows, settings, callbacks);
         EXPECT_EQ(asked, r.Asked);
         EXPECT_EQ(summary.CheckedCount, 4);
         EXPECT_EQ(summary.ConvertedCount, static_cast<int>(std::count(r.Statuses.begin(), r.Statuses.end(), 'C')));
@@ -95,6 +99,28 @@ TEST(ConversionRun, TheOverwriteAnswers) {
         EXPECT_EQ(statuses, r.Statuses);
         EXPECT_EQ(old, r.Old);
         EXPECT_EQ(ticked, r.Ticked);
+        }
+    }
+}
+
+// Two sources whose documents have one name: the second is asked about and
+// replaces the first, as one file after the other, whatever the jobs.
+TEST(ConversionRun, TwoFilesOfOneDocumentFollowEachOther) {
+    TempDir dir;
+    WriteFile(dir / "x" / "a.ses", GoodSession());
+    WriteFile(dir / "y" / "a.ses", SesBuilder().Version("Audition 2.0", 32).Build());
+    std::filesystem::create_directories(dir / "out");
+    for (const int jobs : {1, 4}) {
+        std::filesystem::remove(dir / "out" / "a.sesx");
+        std::vector<RunRow> rows{{(dir / "x").string() + "/", "a.ses", true}, {(dir / "y").string() + "/", "a.ses", true}};
+        int asked = 0;
+        RunCallbacks callbacks;
+        callbacks.AskOverwrite = [&](const std::string&, const std::string&) { return ++asked, kOverwrite; };
+        RunSettings settings{TargetOption::SpecificFolder, (dir / "out").string(), {}};
+        settings.Jobs = jobs;
+        RunConversion(rows, settings, callbacks);
+        EXPECT_EQ(asked, 1) << jobs;
+        EXPECT_NE(ReadFile(dir / "out" / "a.sesx").find("y/a.ses"), std::string::npos) << jobs;
     }
 }
 
