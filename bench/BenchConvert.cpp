@@ -38,6 +38,7 @@ BENCHMARK(ProbeFile);
 }  // namespace
 
 void PrintEffectsRatio();
+void PrintArchiveRatios(const std::filesystem::path& folder);
 
 int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
@@ -45,5 +46,7 @@ int main(int argc, char** argv) {
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
     PrintEffectsRatio();
+    // Beside the program, on the disk a user's archive would be on.
+    PrintArchiveRatios(std::filesystem::absolute(argv[0]).parent_path() / "bench-archive");
     return 0;
 }
