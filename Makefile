@@ -7,7 +7,7 @@ JOBS ?= $(shell nproc)
 WERROR ?= ON
 CMAKE_FLAGS ?=
 
-.PHONY: all deps build demo test asan bench examples fuzz screenshot clean
+.PHONY: all deps build demo test asan bench examples icons package fuzz screenshot clean
 
 all: build
 
@@ -42,6 +42,19 @@ bench: deps
 examples: build
 	@./$(BUILD)/tests/make-examples examples fuzz/corpus
 	@echo "examples/ and fuzz/corpus/ rewritten"
+
+# Rewrites the icon images of data/icons from the window's own drawing
+# (src/shell/AppIcon.cpp); a test checks that the committed images match it.
+icons: build
+	@./$(BUILD)/tests/shell/morvanta-icons data/icons/hicolor
+	@echo "data/icons/ rewritten"
+
+# A Debian package of the build, in $(BUILD)/: what `cmake --install` puts
+# under /usr, with the Depends that dpkg-shlibdeps finds for its programs.
+package: build
+	@rm -f $(BUILD)/morvanta_*.deb
+	@cmake --build $(BUILD) --target package
+	@dpkg-deb -I $(BUILD)/morvanta_*.deb
 
 # A picture of the window over a scanned folder of built sessions, taken
 # under Xvfb (the settings of the picture live in a temporary folder).

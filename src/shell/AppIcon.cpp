@@ -1,4 +1,5 @@
-// Draws the program's icon at the sizes a desktop asks for.
+// Draws the program's icon at the sizes a desktop asks for. The images of
+// data/icons are this drawing, saved by `make icons`.
 #include "shell/AppIcon.h"
 
 #include <QPainter>
@@ -9,12 +10,11 @@
 #include <cmath>
 
 namespace morvanta::shell {
-namespace {
 
-QPixmap Draw(int size) {
-    QPixmap pixmap(size, size);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
+QImage ApplicationIconImage(int size) {
+    QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
     const double s = size / 64.0;
 
@@ -42,14 +42,13 @@ QPixmap Draw(int size) {
             }
         }
     }
-    return pixmap;
+    painter.end();
+    return image;
 }
-
-}  // namespace
 
 QIcon ApplicationIcon() {
     QIcon icon;
-    for (int size : {16, 24, 32, 48, 64, 128}) icon.addPixmap(Draw(size));
+    for (int size : kApplicationIconSizes) icon.addPixmap(QPixmap::fromImage(ApplicationIconImage(size)));
     return icon;
 }
 
