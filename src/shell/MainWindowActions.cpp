@@ -248,6 +248,7 @@ RunSettings MainWindow::CurrentRunSettings() const {
     settings.Target = targetOptions_[0]->isChecked() ? TargetOption::SourceFolders : TargetOption::SpecificFolder;
     settings.TargetFolder = LocalPath(targetTextBox_->text());
     settings.Convert.NoPathNames = noPathNames_;
+    settings.Convert.WellFormed = wellFormedCheck_->isChecked();
     settings.Convert.CatalogueFolder = ShippedCatalogueFolder(ProgramFile());
     if (nonEnglishCheck_->isChecked()) {
         settings.Convert.NonEnglish = true;
