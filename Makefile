@@ -66,7 +66,7 @@ screenshot: build
 # instrumented in build-fuzz, and every target runs FUZZ_SECONDS from a copy
 # of fuzz/corpus (fuzz/run-fuzzers). Fails on any crash, leak, timeout or OOM.
 FUZZ_SECONDS ?= 60
-FUZZ_TARGETS ?= fuzz_convert fuzz_probe fuzz_language fuzz_expression fuzz_catalogue
+FUZZ_TARGETS ?= fuzz_convert fuzz_probe fuzz_language fuzz_expression fuzz_catalogue fuzz_markup
 fuzz: deps
 	@CXX=clang++ cmake -S . -B build-fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DMORVANTA_LIBFUZZER=ON \
 	  -DMORVANTA_BUILD_GUI=OFF -DMORVANTA_BUILD_TESTS=OFF -DMORVANTA_WERROR=OFF >/dev/null

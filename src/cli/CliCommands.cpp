@@ -146,6 +146,7 @@ std::string LanguageNames() {
 int RunConvert(const ConvertCommand& command, std::ostream& out, std::ostream& err) {
     RunSettings settings;
     settings.Convert.NoPathNames = command.NoPathNames;
+    settings.Convert.WellFormed = command.WellFormed;
     if (!command.Language.empty()) {
         const std::optional<std::string> charset = CharsetForLanguage(command.Language);
         if (!charset) {

@@ -19,6 +19,7 @@ struct ConvertCommand {
     std::string OutFolder;  // empty: beside the sources
     OverwriteMode Overwrite = OverwriteMode::Ask;
     bool NoPathNames = false;
+    bool WellFormed = false;
     bool Recursive = false;
     bool Json = false;
     std::string Language;  // a language name or a charset; empty: no recoding

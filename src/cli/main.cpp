@@ -33,6 +33,8 @@ int main(int argc, char** argv) {
         ->type_name("ask|all|skip");
     convertApp->add_flag("--no-path-names", convert.NoPathNames,
                          "List media files by name only, without their folders");
+    convertApp->add_flag("--well-formed", convert.WellFormed,
+                         "Repair the places that would make a document no XML parser reads");
     convertApp->add_flag("--recursive,-r", convert.Recursive, "Also convert the sessions of sub-folders");
     convertApp
         ->add_option("--language", convert.Language,

@@ -20,6 +20,10 @@ struct ConvertOptions {
     std::string Charset;
     // The file list names media files without their folders.
     bool NoPathNames = false;
+    // The session's texts are written so that any XML parser reads the
+    // document: "<", ">" and '"' escaped, "--" in the closing comment
+    // separated. Off, every byte is the one the format has always had.
+    bool WellFormed = false;
     // Where the effect catalogues lie; empty: no catalogues, so every effect
     // is left out. A run fills Catalogues once for all its files, which then
     // share each catalogue it has read; without it each file reads its own.

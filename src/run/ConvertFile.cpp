@@ -10,6 +10,7 @@
 #include "reader/Assembly.h"
 #include "reader/ReadError.h"
 #include "services/AtomicFile.h"
+#include "services/MarkupCheck.h"
 #include "services/Recoding.h"
 #include "writer/ExportSesx.h"
 
@@ -77,8 +78,13 @@ ImportResult ConvertInMemory(std::span<const std::uint8_t> bytes, const ConvertO
             result.Status = ImportStatus::Failed;
             result.Message = "the document could not be recoded from " + options.Charset + ": " + error.what();
             result.Document.clear();
+            return result;
         }
     }
+    // The document as it will be written, so that a user learns of any
+    // place where an XML parser would stop, and of what repairs it.
+    const std::vector<Diagnostic> markup = MarkupWarnings(CheckMarkup(result.Document), !options.Charset.empty());
+    result.Warnings.insert(result.Warnings.end(), markup.begin(), markup.end());
     return result;
 }
 

@@ -13,9 +13,10 @@
 namespace morvanta {
 
 // Reads, assembles and writes one session held in memory, and recodes the
-// document to UTF-8 when the options name a charset. `SourcePath` goes into
-// the closing comment, `OutputPath` names the document. Nothing is thrown:
-// every fault fails the result.
+// document to UTF-8 when the options name a charset. Each place of the
+// finished document that an XML parser would not read is a warning.
+// `SourcePath` goes into the closing comment, `OutputPath` names the
+// document. Nothing is thrown: every fault fails the result.
 ImportResult ConvertSesBytes(std::span<const std::uint8_t> bytes, const ConvertOptions& options,
                              const std::string& SourcePath, const std::string& OutputPath);
 

@@ -30,6 +30,28 @@ std::string EscapeText(std::string_view text, bool blanksToo) {
     return ReplaceAll(result, std::string_view("\0", 1), "&amp;");
 }
 
+std::string EscapeMarkup(std::string_view text) {
+    std::string result;
+    result.reserve(text.size());
+    for (const char c : text) {
+        if (c == '<') result += "&lt;";
+        else if (c == '>') result += "&gt;";
+        else if (c == '"') result += "&quot;";
+        else result += c;
+    }
+    return result;
+}
+
+std::string SeparateHyphens(std::string_view text) {
+    std::string result;
+    result.reserve(text.size());
+    for (const char c : text) {
+        if (c == '-' && !result.empty() && result.back() == '-') result += ' ';
+        result += c;
+    }
+    return result;
+}
+
 std::string HexByte(std::uint8_t value) {
     static constexpr char kDigits[] = "0123456789ABCDEF";
     return {kDigits[value >> 4], kDigits[value & 15]};

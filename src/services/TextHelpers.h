@@ -15,6 +15,15 @@ std::string TrimBlanks(std::string_view text);
 // Nothing else is escaped.
 std::string EscapeText(std::string_view text, bool blanksToo = false);
 
+// "<", ">" and '"' as "&lt;", "&gt;" and "&quot;", every other byte as it
+// is: a text that may then stand in element text, an attribute value or an
+// XML packet without breaking the markup. Used for well-formed documents.
+std::string EscapeMarkup(std::string_view text);
+
+// A blank between any two hyphens that follow each other ("a--b" gives
+// "a- -b"), so that the text may stand inside a comment.
+std::string SeparateHyphens(std::string_view text);
+
 // Replaces `find` again and again from the start until it no longer occurs.
 // A replacement that contains `find` is applied in a single pass instead of
 // looping for ever.

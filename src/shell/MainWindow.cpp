@@ -228,6 +228,10 @@ void MainWindow::BuildControls() {
     for (const LanguageRow& row : LanguageTable) languageList_->addItem(QString::fromLatin1(row.Language.data()));
     languageList_->setEnabled(false);
     languageList_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    wellFormedCheck_ = new QCheckBox(QStringLiteral("Write well-formed XML"), buttonFrame_);
+    wellFormedCheck_->setObjectName("WellFormedCheck");
+    wellFormedCheck_->setToolTip(QStringLiteral("Escape \"<\", \">\" and quotes in names and separate \"--\" in the "
+                                                "closing comment, so that any XML parser reads the documents"));
     noPathNamesCheck_ = new QCheckBox(QStringLiteral("Don't write path names in SESX files"), buttonFrame_);
     noPathNamesCheck_->setObjectName("NoPathNamesCheck");
     {
@@ -235,6 +239,7 @@ void MainWindow::BuildControls() {
         options->setVerticalSpacing(2);
         options->addWidget(nonEnglishCheck_, 0, 0);
         options->addWidget(languageList_, 0, 1);
+        options->addWidget(wellFormedCheck_, 0, 2);
         options->addWidget(noPathNamesCheck_, 1, 0, 1, 2);
         auto* row = new QHBoxLayout(buttonFrame_);
         for (QPushButton* button : fileActionButtons_) row->addWidget(button);
@@ -330,7 +335,7 @@ void MainWindow::SetTabOrder() {
                                 targetOptions_[0],     targetOptions_[1],     targetTextBox_,
                                 fileButton_,           fileActionButtons_[0], fileActionButtons_[1],
                                 fileActionButtons_[2], convertButton_,        nonEnglishCheck_,
-                                languageList_,         noPathNamesCheck_};
+                                languageList_,         wellFormedCheck_,      noPathNamesCheck_};
     for (qsizetype i = 0; i + 1 < order.size(); ++i) setTabOrder(order[i], order[i + 1]);
 }
 
@@ -389,6 +394,7 @@ void MainWindow::ApplySettings(const ShellSettings& s) {
     languageList_->setEnabled(s.NonEnglish);
     noPathNames_ = s.DontUseSESPathNames;
     noPathNamesCheck_->setChecked(noPathNames_);
+    wellFormedCheck_->setChecked(s.WellFormed);
 }
 
 ShellSettings MainWindow::CollectSettings() const {
@@ -406,6 +412,7 @@ ShellSettings MainWindow::CollectSettings() const {
         s.ColumnWidths[static_cast<std::size_t>(i)] = fileList_->header()->sectionSize(i) * kTwipsPerPixel;
     s.NonEnglish = nonEnglishCheck_->isChecked();
     s.DontUseSESPathNames = noPathNames_;
+    s.WellFormed = wellFormedCheck_->isChecked();
     return s;
 }
 

@@ -146,6 +146,7 @@ private:
     QPushButton* convertButton_ = nullptr;
     QCheckBox* nonEnglishCheck_ = nullptr;
     QComboBox* languageList_ = nullptr;
+    QCheckBox* wellFormedCheck_ = nullptr;
     QCheckBox* noPathNamesCheck_ = nullptr;
     QWidget* progressFrame_ = nullptr;
     QProgressBar* progressBar_ = nullptr;

@@ -249,6 +249,7 @@ RunSettings MainWindow::CurrentRunSettings() const {
     settings.Target = targetOptions_[0]->isChecked() ? TargetOption::SourceFolders : TargetOption::SpecificFolder;
     settings.TargetFolder = LocalPath(targetTextBox_->text());
     settings.Convert.NoPathNames = noPathNames_;
+    settings.Convert.WellFormed = wellFormedCheck_->isChecked();
     settings.Convert.CatalogueFolder = ShippedCatalogueFolder(ProgramFile());
     // One file per core; the list and the progress still follow the rows.
     settings.Jobs = std::max(1, QThread::idealThreadCount());

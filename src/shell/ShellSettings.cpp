@@ -65,6 +65,7 @@ ShellSettings LoadSettings(QSettings& store, const QString& programFolder) {
         s.ColumnWidths[i] = Number(store, kWidthKeys[i], kDefaultColumnWidths[i], 0);
     s.NonEnglish = Flag(store, "NonEnglish");
     s.DontUseSESPathNames = store.value("DontUseSESPathNames", "False").toString().compare("True", Qt::CaseInsensitive) == 0;
+    s.WellFormed = Flag(store, "WellFormed");
     store.endGroup();
     return s;
 }
@@ -94,6 +95,7 @@ bool SaveSettings(QSettings& store, const ShellSettings& s) {
         store.setValue(kWidthKeys[i], QString::number(s.ColumnWidths[i]));
     store.setValue("NonEnglish", FlagText(s.NonEnglish));
     store.setValue("DontUseSESPathNames", s.DontUseSESPathNames ? QStringLiteral("True") : QStringLiteral("False"));
+    store.setValue("WellFormed", FlagText(s.WellFormed));
     store.endGroup();
 
     store.sync();

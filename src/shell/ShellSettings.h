@@ -28,6 +28,7 @@ struct ShellSettings {
     std::array<double, 5> ColumnWidths = kDefaultColumnWidths;  // twips, in column order
     bool NonEnglish = false;
     bool DontUseSESPathNames = false;
+    bool WellFormed = false;  // the documents are repaired to well-formed XML
 
     bool operator==(const ShellSettings&) const = default;
 };

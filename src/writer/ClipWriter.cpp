@@ -235,7 +235,7 @@ void WriteVideoClips(DocumentWriter& w, const Track& track) {
             std::filesystem::exists(path, ec) ? IntegerText(c.SourceStart + c.Length) : std::string("-1");
         w.Line(R"(<videoClip endPoint="-1" fileID=")" + IntegerText(static_cast<double>(*k)) +
                R"(" hue="-1" id="0" lockedInTime=")" + (c.Locked == 1 ? "true" : "false") + R"(" name=")" +
-               FileNameOf(path) + R"(" offline="false" select="false" sourceInPoint=")" + IntegerText(c.SourceStart) +
+               w.Text(FileNameOf(path)) + R"(" offline="false" select="false" sourceInPoint=")" + IntegerText(c.SourceStart) +
                R"(" sourceOutPoint=")" + out + R"(" startPoint=")" + IntegerText(c.Start) + R"(" zOrder="0">)");
         w.Line("<videoFormat />");
         w.Line("</videoClip>");

@@ -11,6 +11,7 @@
 #include "model/ConvertOptions.h"
 #include "model/Diagnostic.h"
 #include "model/Session.h"
+#include "services/TextHelpers.h"
 #include "writer/ExportSesx.h"
 
 namespace morvanta {
@@ -54,6 +55,10 @@ struct DocumentWriter {
     // Clips left out for a file the session does not list; the first few
     // are reported one by one, the rest in one count.
     std::size_t ClipsLeftOut = 0;
+
+    // A text of the session (a name, a path) as the document holds it: with
+    // WellFormed its "<", ">" and '"' are escaped, else it stays as it is.
+    std::string Text(std::string text) const { return options.WellFormed ? EscapeMarkup(text) : text; }
 
     // One element a line, each ended by a single line feed.
     void Line(std::string_view text) {

@@ -172,10 +172,10 @@ void WriteSlot(DocumentWriter& w, const RackLookups& lookups, const Track& track
     const auto slotRow = static_cast<std::int32_t>(position + 1);
 
     w.Line(R"(<slot powered="true" slotIndex=")" + IntegerText(s) + R"(">)");
-    w.Line(R"(<component componentID=")" + TrimBlanks(slot.ComponentId) + R"(" editorHeight=")" +
+    w.Line(R"(<component componentID=")" + w.Text(TrimBlanks(slot.ComponentId)) + R"(" editorHeight=")" +
            GeometryText(slot.EditorHeight, "404") + R"(" editorLeft=")" + GeometryText(slot.EditorLeft, "755") +
            R"(" editorTop=")" + GeometryText(slot.EditorTop, "338") + R"(" editorVisible="false" editorWidth=")" +
-           GeometryText(slot.EditorWidth, "492") + R"(" name=")" + SlotName(slot.EffectName) + R"(">)");
+           GeometryText(slot.EditorWidth, "492") + R"(" name=")" + w.Text(SlotName(slot.EffectName)) + R"(">)");
     if (const std::string preset = TrimBlanks(slot.PresetText); !preset.empty())
         w.Line("<presetChunkData><![CDATA[" + preset + "]]></presetChunkData>");
 
@@ -187,7 +187,7 @@ void WriteSlot(DocumentWriter& w, const RackLookups& lookups, const Track& track
         const RackParameter& row = session.RackParameters[i];
         const std::string name = TrimBlanks(row.ParameterName);
         if (name.empty()) continue;
-        w.Line(R"(<parameter index=")" + IntegerText(p) + R"(" name=")" + name + R"(" parameterValue=")" +
+        w.Line(R"(<parameter index=")" + IntegerText(p) + R"(" name=")" + w.Text(name) + R"(" parameterValue=")" +
                ParameterValueText(row.Value, row.ValueFormat) + R"(">)");
         ++p;
         WriteRuledKeyframes(

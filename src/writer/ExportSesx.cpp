@@ -70,7 +70,7 @@ std::string ExportSesxFile(const Session& session, const ConvertOptions& options
     w.Line("");
     w.Line(R"(<session audioChannelType="stereo" bitDepth="32" duration="0" sampleRate=")" +
            IntegerText(session.SampleRate) + R"(">)");
-    w.Line("<name>" + EscapeText(TrimBlanks(FileNameOf(OutputPath))) + "</name>");
+    w.Line("<name>" + w.Text(EscapeText(TrimBlanks(FileNameOf(OutputPath)))) + "</name>");
     w.Line("<tracks>");
     WriteTracks(w);
     ReportMoreClipsLeftOut(w);
@@ -82,8 +82,11 @@ std::string ExportSesxFile(const Session& session, const ConvertOptions& options
     w.Line("</session>");
     WriteFiles(w);
     w.Line("</sesx>");
-    w.Line("<!-- Converted " + MakeCommentSafe(TrimBlanks(session.SourcePath), options.NonEnglish) +
-           " (" + session.SesVersion + ") --> ");
+    // A comment must not hold "--", which a source name such as
+    // "mix--final.ses" or a version text may bring in.
+    const std::string converted = "Converted " + MakeCommentSafe(TrimBlanks(session.SourcePath), options.NonEnglish) +
+                                  " (" + session.SesVersion + ")";
+    w.Line("<!-- " + (options.WellFormed ? SeparateHyphens(converted) : converted) + " --> ");
     w.Line("<!-- Converted by " + std::string(kProgramName) + " - Version " + VersionText() + " --> ");
     return std::move(w.out);
 }

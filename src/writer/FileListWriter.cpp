@@ -21,7 +21,7 @@ void WriteFiles(DocumentWriter& w) {
     const auto& files = w.session.SessionFiles;
     for (std::size_t k = 0; k < files.size(); ++k) {
         const SessionFile& file = files[k];
-        const std::string path = EscapeText(TrimBlanks(file.Path));
+        const std::string path = w.Text(EscapeText(TrimBlanks(file.Path)));
         const std::string id = IntegerText(static_cast<double>(k));
         if (w.options.NoPathNames) {
             w.Line(R"(<file absolutePath=")" + FileNameOf(path) + R"(" id=")" + id + R"("/>)");

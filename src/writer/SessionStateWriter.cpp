@@ -69,8 +69,10 @@ void WriteCueMarkers(DocumentWriter& w) {
         w.Line(R"(<rdf:li rdf:parseType="Resource">)");
         w.Line("<xmpDM:startTime>" + IntegerText(cue.Start) + "f" + rate + "</xmpDM:startTime>");
         w.Line("<xmpDM:duration>" + IntegerText(cue.Length) + "f" + rate + "</xmpDM:duration>");
-        w.Line("<xmpDM:comment>" + CleanMarkerText(cue.Comment) + "</xmpDM:comment>");
-        w.Line("<xmpDM:name>" + CleanMarkerText(cue.Name) + "</xmpDM:name>");
+        // The packet is XML of its own inside the CDATA section, so the
+        // texts are escaped as they would be in an element's text.
+        w.Line("<xmpDM:comment>" + w.Text(CleanMarkerText(cue.Comment)) + "</xmpDM:comment>");
+        w.Line("<xmpDM:name>" + w.Text(CleanMarkerText(cue.Name)) + "</xmpDM:name>");
         w.Line("</rdf:li>");
     }
     w.Line("</rdf:Seq>");

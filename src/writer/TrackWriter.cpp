@@ -57,7 +57,7 @@ void WriteTrack(DocumentWriter& w, const Track& track) {
     if (element != TrackElement::Video) ++w.TrackIndex;  // the video track takes no index
 
     w.Line(R"(<trackParameters trackHeight=")" + height + R"(">)");
-    w.Line("<name>" + EscapeText(TrimBlanks(track.TrackName), false) + "</name>");
+    w.Line("<name>" + w.Text(EscapeText(TrimBlanks(track.TrackName), false)) + "</name>");
     w.Line("</trackParameters>");
 
     if (element == TrackElement::Video) {

@@ -13,7 +13,9 @@
 #include <QStyleOptionComboBox>
 #include <QTreeView>
 
+#include "SessionPayloads.h"
 #include "ShellTestSupport.h"
+#include "TrackPayloads.h"
 #include "run/ConversionRun.h"
 #include "run/Discovery.h"
 #include "shell/Dirtree.h"
@@ -26,7 +28,11 @@ using namespace morvanta;
 using namespace morvanta::shell;
 namespace support = morvanta::shell::testing;
 using morvanta::testing::Bytes;
+using morvanta::testing::HeaderBytes;
+using morvanta::testing::NamedEntry;
 using morvanta::testing::SesBuilder;
+using morvanta::testing::TrackEntryBytes;
+using morvanta::testing::UpperTrksPayload;
 
 namespace {
 
@@ -257,6 +263,7 @@ private slots:
 
         // Esc ends the program; the settings are written on the way.
         Control<QCheckBox>(window, "NoPathNamesCheck")->click();
+        Control<QCheckBox>(window, "WellFormedCheck")->click();
         window.activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&window));
         QTest::keyClick(Control<QTreeView>(window, "SESFileTypes"), Qt::Key_Escape);
@@ -269,6 +276,7 @@ private slots:
         QCOMPARE(saved.NonEnglish, true);
         QCOMPARE(saved.Language, 1);
         QCOMPARE(saved.DontUseSESPathNames, true);
+        QCOMPARE(saved.WellFormed, true);
         QCOMPARE(saved.TargDir, dir.path());
     }
 
@@ -394,6 +402,51 @@ private slots:
         window.close();
         auto stored = support::TemporarySettings(dir);
         QCOMPARE(LoadSettings(*stored, "/program").ColumnWidths, widths);
+    }
+
+    // "Write well-formed XML" reaches the run: without it the summary is
+    // followed by the places no XML parser reads, with it they are repaired.
+    void WellFormedXmlRepairsWhatTheWarningsName() {
+        QTemporaryDir dir;
+        const QString sessions = dir.filePath("Sessions");
+        QDir().mkpath(sessions);
+        support::WriteBytes(sessions + "/mix--final.ses",
+                            SesBuilder()
+                                .Chunk("hdr ", HeaderBytes(44100))
+                                .Version("Audition 3.0", 32)
+                                .Chunk("TRKS", UpperTrksPayload(true, 1, {TrackEntryBytes(NamedEntry(1, u"Verse <1>"))}))
+                                .Build());
+        auto owned = std::make_unique<support::ScriptedPrompts>();
+        support::ScriptedPrompts& prompts = *owned;
+        MainWindow window(AutoRefreshStore(dir, sessions), std::move(owned));
+        QSignalSpy scans(&window, &MainWindow::ScanFinished);
+        QSignalSpy runs(&window, &MainWindow::RunFinished);
+        window.Start({dir.path()});
+        QVERIFY(scans.wait(10000));
+        QCOMPARE(Files(window), QStringList{"mix--final.ses"});
+
+        QTest::mouseClick(Control<QPushButton>(window, "FileActionButton0"), Qt::LeftButton);
+        QTest::mouseClick(Control<QPushButton>(window, "ConvertButton"), Qt::LeftButton);
+        QVERIFY(runs.wait(20000));
+        QCOMPARE(prompts.Shown.back().Text, QStringLiteral("These files were converted with warnings:"));
+        const QString source = sessions + "/mix--final.ses: warning: document line ";
+        QCOMPARE(prompts.Shown.back().Details,
+                 (QStringList{source + "10 is not well-formed XML: unescaped \"<\" in the text of <name> "
+                                       "(--well-formed escapes it)",
+                              source + "359 is not well-formed XML: \"--\" inside a comment (--well-formed "
+                                       "separates it)"}));
+
+        auto* wellFormed = Control<QCheckBox>(window, "WellFormedCheck");
+        QVERIFY(!wellFormed->isChecked());
+        wellFormed->click();
+        prompts.Shown.clear();
+        QTest::mouseClick(Control<QPushButton>(window, "FileActionButton0"), Qt::LeftButton);
+        QTest::mouseClick(Control<QPushButton>(window, "ConvertButton"), Qt::LeftButton);
+        QVERIFY(runs.wait(20000));
+        QCOMPARE(prompts.Shown.back().Text, QStringLiteral("There were 1 of 1 files successfully converted."));
+        const QString document = ReadText(sessions + "/mix--final.sesx");
+        QVERIFY(document.contains("\n<name>Verse &lt;1&gt;</name>\n"));
+        QVERIFY(document.contains("/mix- -final.ses (Audition 3.0) --> \n"));
     }
 
     void AFirstStartTicksEveryTypeAndListsNothingUntilAsked() {

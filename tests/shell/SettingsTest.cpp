@@ -38,6 +38,7 @@ private slots:
         s.ColumnWidths = {4000, 2880, 1500.5, 1800, 1500};
         s.NonEnglish = true;
         s.DontUseSESPathNames = true;
+        s.WellFormed = true;
         {
             auto store = testing::TemporarySettings(dir);
             store->setValue(QStringLiteral("SETTINGS/Obsolete"), QStringLiteral("x"));
@@ -63,6 +64,7 @@ private slots:
                                 "NonEnglish=1\n"
                                 "ScanSubfolders=1\n"
                                 "Target=1\n"
+                                "WellFormed=1\n"
                                 "\n"
                                 "[WINDOW]\n"
                                 "Left=2250.5\n"

@@ -7,9 +7,11 @@
 
 #include "EffectPayloads.h"
 #include "SesBuilder.h"
+#include "SessionPayloads.h"
 #include "WholeSessions.h"
 #include "services/TextHelpers.h"
 #include "TestSupport.h"
+#include "TrackPayloads.h"
 
 namespace morvanta::testing {
 namespace {
@@ -149,6 +151,48 @@ TEST(Cli, LanguageRecodesEachDocumentAndAnUnknownNameIsAUsageError) {
               "(WINDOWS-874), \"Traditional Chinese\" (BIG5), \"Vietnamese\" (WINDOWS-1258), \"Western\" "
               "(ISO-8859-1), or a charset name that iconv knows\n");
     EXPECT_FALSE(std::filesystem::exists(dir / "a.sesx"));
+}
+
+// A name with "<" and a source file with "--" in its name: warned about by
+// default, repaired with --well-formed.
+TEST(Cli, WellFormedRepairsWhatTheWarningsName) {
+    TempDir dir;
+    const auto source = dir / "mix--final.ses";
+    WriteFile(source, SesBuilder()
+                          .Chunk("hdr ", HeaderBytes(44100))
+                          .Version("Cool Edit Pro 2.1", 32)
+                          .Chunk("trks", TrksPayload(104, false, {{.Name = "Verse <1>", .TrackId = 1}}))
+                          .Build());
+    const std::string target = (dir / "mix--final.sesx").string();
+    CliRun run = RunCli("convert " + Quote(source));
+    EXPECT_EQ(run.Exit, 0) << run.Out;
+    const std::string warning = "warning    " + source.string() + ": document line ";
+    EXPECT_EQ(run.Out, "converted  " + source.string() + " -> " + target + "\n" + warning +
+                           "10 is not well-formed XML: unescaped \"<\" in the text of <name> (--well-formed escapes it)\n" +
+                           warning +
+                           "263 is not well-formed XML: \"--\" inside a comment (--well-formed separates it)\n"
+                           "Converted 1 of 1 files: 0 refused, 0 failed, 0 skipped, 0 not sessions.\n");
+    EXPECT_NE(ReadFile(target).find("\n<name>Verse <1></name>\n"), std::string::npos);
+
+    run = RunCli("convert --overwrite=all --well-formed " + Quote(source));
+    EXPECT_EQ(run.Exit, 0) << run.Out;
+    EXPECT_EQ(run.Out, "converted  " + source.string() + " -> " + target + "\n" +
+                           "Converted 1 of 1 files: 0 refused, 0 failed, 0 skipped, 0 not sessions.\n");
+    const std::string document = ReadFile(target);
+    EXPECT_NE(document.find("\n<name>Verse &lt;1&gt;</name>\n"), std::string::npos) << document;
+    EXPECT_NE(document.find("\n<!-- Converted " + (dir / "mix- -final.ses").string() + " (Cool Edit Pro 2.1) --> \n"),
+              std::string::npos)
+        << document;
+
+    // The JSON names the same places; the help names the option.
+    run = RunCli("convert --overwrite=all --json " + Quote(source));
+    EXPECT_NE(run.Out.find(",\"warnings\":[\"document line 10 is not well-formed XML: unescaped \\\"<\\\" in the "
+                           "text of <name> (--well-formed escapes it)\",\"document line 263 is"),
+              std::string::npos)
+        << run.Out;
+    EXPECT_NE(RunCli("convert --help").Out.find(
+                  "--well-formed               Repair the places that would make a document no XML parser reads"),
+              std::string::npos);
 }
 
 TEST(Cli, ScanListsSessionsWithTheirVersions) {

@@ -95,6 +95,17 @@ TEST(TextHelpers, EscapeTextOnlyTouchesAmpersands) {
     EXPECT_EQ(EscapeText("take 1", true), "take%201");
 }
 
+// The repairs of a well-formed document: three characters escaped, and a
+// blank between every two hyphens; every other byte stays.
+TEST(TextHelpers, EscapeMarkupAndSeparateHyphens) {
+    EXPECT_EQ(EscapeMarkup("<\"a\"> &amp; & '\xE9"), "&lt;&quot;a&quot;&gt; &amp; & '\xE9");
+    EXPECT_EQ(EscapeMarkup(""), "");
+    EXPECT_EQ(SeparateHyphens("mix--final.ses"), "mix- -final.ses");
+    EXPECT_EQ(SeparateHyphens("a---b-c-"), "a- - -b-c-");
+    EXPECT_EQ(SeparateHyphens("--"), "- -");
+    EXPECT_EQ(SeparateHyphens("- -"), "- -");
+}
+
 TEST(TextHelpers, ReplaceAllRepeatsFromTheStart) {
     EXPECT_EQ(ReplaceAll("aaaa", "aa", "a"), "a");
     EXPECT_EQ(ReplaceAll("1,234,567", ",", ""), "1234567");
