@@ -1,7 +1,5 @@
 #include "cli/CliCommands.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -15,6 +13,7 @@
 #include "reader/ImportSes.h"
 #include "run/ConversionRun.h"
 #include "run/Discovery.h"
+#include "services/Platform.h"
 #include "services/ProgramLocation.h"
 #include "services/Recoding.h"
 #include "services/SessionDump.h"
@@ -68,8 +67,6 @@ std::string JsonString(const std::string& text) {
 }
 
 namespace {
-
-bool IsTerminal(int fd) { return ::isatty(fd) == 1; }
 
 const char* StatusWord(FileStatus status) {
     switch (status) {
@@ -198,12 +195,12 @@ int RunConvert(const ConvertCommand& command, std::ostream& out, std::ostream& e
         case OverwriteMode::All: settings.Existing = ExistingDocuments::ReplaceAll; break;
         case OverwriteMode::Skip: settings.Existing = ExistingDocuments::Keep; break;
         case OverwriteMode::Ask:
-            settings.Existing = IsTerminal(STDIN_FILENO) ? ExistingDocuments::Ask : ExistingDocuments::Keep;
+            settings.Existing = IsTerminal(StandardStream::Input) ? ExistingDocuments::Ask : ExistingDocuments::Keep;
             break;
     }
     settings.Jobs = command.Jobs > 0 ? command.Jobs : static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
 
-    const bool showBar = !command.Json && IsTerminal(STDERR_FILENO) && rows.size() > 3;
+    const bool showBar = !command.Json && IsTerminal(StandardStream::Error) && rows.size() > 3;
     ProgressBar bar(err, showBar);
     RunCallbacks callbacks;
     callbacks.AskOverwrite = [&](const std::string&, const std::string& target) {
@@ -266,7 +263,7 @@ int RunScan(const ScanCommand& command, std::ostream& out, std::ostream& err) {
     }
     ScanOptions options;
     options.Recurse = command.Recursive;
-    const bool showFolder = !command.Json && IsTerminal(STDERR_FILENO);
+    const bool showFolder = !command.Json && IsTerminal(StandardStream::Error);
     options.OnFolder = [&](const std::string& folder) {
         if (showFolder) err << "\rReading " << folder << "\x1b[K" << std::flush;
         return true;
