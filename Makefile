@@ -7,7 +7,7 @@ JOBS ?= $(shell nproc)
 WERROR ?= ON
 CMAKE_FLAGS ?=
 
-.PHONY: all deps build demo test asan bench examples icons package fuzz screenshot windows clean
+.PHONY: all deps build demo test asan bench examples icons package fuzz screenshot windows test-windows clean
 
 all: build
 
@@ -81,6 +81,15 @@ windows:
 	@cmake -S . -B build-windows -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64-x86_64.cmake \
 	  -DCMAKE_BUILD_TYPE=Release -DMORVANTA_BUILD_GUI=OFF -DMORVANTA_BUILD_TESTS=OFF >/dev/null
 	@cmake --build build-windows -j $(JOBS)
+
+# morvanta.exe under wine against the Linux build, over the examples, the
+# fuzz seeds and sessions with names in many scripts: the same documents,
+# lines and exit codes, and the same recoding of every character of the
+# languages' charsets (scripts/test-windows).
+test-windows: build windows
+	@cmake --build $(BUILD) --target recoding-table >/dev/null
+	@cmake --build build-windows --target recoding-table >/dev/null
+	@BUILD=$(BUILD) ./scripts/test-windows
 
 clean:
 	rm -rf $(BUILD) build-asan build-bench build-fuzz build-windows out
