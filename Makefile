@@ -79,7 +79,7 @@ fuzz: deps
 windows:
 	@./scripts/install-deps windows
 	@cmake -S . -B build-windows -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64-x86_64.cmake \
-	  -DCMAKE_BUILD_TYPE=Release -DMORVANTA_BUILD_GUI=OFF -DMORVANTA_BUILD_TESTS=OFF >/dev/null
+	  -DCMAKE_BUILD_TYPE=Release -DMORVANTA_WERROR=$(WERROR) -DMORVANTA_BUILD_GUI=OFF -DMORVANTA_BUILD_TESTS=OFF >/dev/null
 	@cmake --build build-windows -j $(JOBS)
 
 # morvanta.exe under wine against the Linux build, over the examples, the
