@@ -85,10 +85,11 @@ windows:
 # morvanta.exe under wine against the Linux build, over the examples, the
 # fuzz seeds and sessions with names in many scripts: the same documents,
 # lines and exit codes, and the same recoding of every character of the
-# languages' charsets (scripts/test-windows).
+# languages' charsets; and the unit tests, cross-built, under wine
+# (scripts/test-windows).
 test-windows: build windows
 	@cmake --build $(BUILD) --target recoding-table >/dev/null
-	@cmake --build build-windows --target recoding-table >/dev/null
+	@cmake --build build-windows -j $(JOBS) --target recoding-table morvanta_tests >/dev/null
 	@BUILD=$(BUILD) ./scripts/test-windows
 
 clean:
