@@ -70,7 +70,7 @@ void ScanOne(const fs::path& folder, const ScanOptions& options, ScanResult& res
         if (!name.ends_with(".ses") || !entry.is_regular_file(typeError)) continue;
 
         const std::string path = folderText + name;
-        const ImportResult probe = ProbeSesFile(path);
+        const ImportResult probe = ProbeSesFile(PathFromText(path));
         FoundSession found;
         found.Folder = folderText;
         found.File = name;
@@ -102,7 +102,7 @@ void ScanOne(const fs::path& folder, const ScanOptions& options, ScanResult& res
 ScanResult FullDirFileList(const std::string& folder, const ScanOptions& options) {
     ScanResult result;
     bool stop = false;
-    ScanOne(fs::path(folder), options, result, stop);
+    ScanOne(PathFromText(folder), options, result, stop);
     return result;
 }
 

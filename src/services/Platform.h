@@ -8,8 +8,18 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace morvanta {
+
+// The path a text of the program names. A text is the bytes of the path on
+// POSIX systems; on Windows it is UTF-8, as path::string() gives it there
+// (a std::string turned into a path directly would be read byte by byte).
+std::filesystem::path PathFromText(const std::string& text);
+
+// The program's arguments as texts (on Windows in UTF-8, from the wide
+// command line, so that any file name comes through).
+std::vector<std::string> ProgramArguments(int argc, char** argv);
 
 // When a file was made: its birth time where the file system keeps one,
 // else its last change; 0 when the file cannot be asked.

@@ -23,6 +23,10 @@
 
 namespace morvanta {
 
+std::filesystem::path PathFromText(const std::string& text) { return std::filesystem::path(text); }
+
+std::vector<std::string> ProgramArguments(int argc, char** argv) { return std::vector<std::string>(argv, argv + argc); }
+
 std::time_t FileCreatedTime(const std::filesystem::path& path) {
 #if defined(__linux__)
     struct statx info {};

@@ -12,6 +12,8 @@
 #endif
 #include <io.h>
 #include <windows.h>
+// After windows.h, which it needs.
+#include <shellapi.h>
 
 #include <algorithm>
 #include <atomic>
@@ -45,10 +47,32 @@ std::string SystemMessage(DWORD error) {
     return text.empty() ? "error " + std::to_string(error) : Utf8(text);
 }
 
+std::wstring Wide(const std::string& text) {
+    if (text.empty()) return {};
+    const int size = static_cast<int>(text.size());
+    const int length = ::MultiByteToWideChar(CP_UTF8, 0, text.data(), size, nullptr, 0);
+    if (length <= 0) return {};
+    std::wstring out(static_cast<std::size_t>(length), L'\0');
+    ::MultiByteToWideChar(CP_UTF8, 0, text.data(), size, out.data(), length);
+    return out;
+}
+
 // 100-nanosecond ticks from 1601 to 1970.
 constexpr std::uint64_t kUnixEpochTicks = 116444736000000000ULL;
 
 }  // namespace
+
+std::filesystem::path PathFromText(const std::string& text) { return std::filesystem::path(Wide(text)); }
+
+std::vector<std::string> ProgramArguments(int argc, char** argv) {
+    int count = 0;
+    wchar_t** wide = ::CommandLineToArgvW(::GetCommandLineW(), &count);
+    if (wide == nullptr) return std::vector<std::string>(argv, argv + argc);
+    std::vector<std::string> arguments;
+    for (int i = 0; i < count; ++i) arguments.push_back(Utf8(wide[i]));
+    ::LocalFree(wide);
+    return arguments;
+}
 
 std::time_t FileCreatedTime(const std::filesystem::path& path) {
     WIN32_FILE_ATTRIBUTE_DATA data{};
