@@ -16,7 +16,7 @@
 
 #include "ExampleSessions.h"
 #include "run/ConversionRun.h"
-#include "services/AtomicFile.h"
+#include "services/Platform.h"
 
 namespace {
 

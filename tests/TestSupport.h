@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -85,9 +86,12 @@ inline Session ReadOk(const std::vector<std::uint8_t>& bytes, const ConvertOptio
 // A fresh folder for one test, removed afterwards.
 class TempDir {
 public:
+    // A new folder under the system's temporary folder, on every system.
     TempDir() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "morvanta-test-XXXXXX").string();
-        path_ = ::mkdtemp(pattern.data());
+        std::random_device random;
+        do {
+            path_ = std::filesystem::temp_directory_path() / ("morvanta-test-" + std::to_string(random()));
+        } while (!std::filesystem::create_directory(path_));
     }
     ~TempDir() {
         std::error_code ec;

@@ -1,7 +1,5 @@
 #include "cli/CliCommands.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -15,6 +13,7 @@
 #include "reader/ImportSes.h"
 #include "run/ConversionRun.h"
 #include "run/Discovery.h"
+#include "services/Platform.h"
 #include "services/ProgramLocation.h"
 #include "services/Recoding.h"
 #include "services/SessionDump.h"
@@ -69,8 +68,6 @@ std::string JsonString(const std::string& text) {
 
 namespace {
 
-bool IsTerminal(int fd) { return ::isatty(fd) == 1; }
-
 const char* StatusWord(FileStatus status) {
     switch (status) {
         case FileStatus::Converted: return "converted";
@@ -90,7 +87,7 @@ public:
         if (!enabled_) return;
         constexpr int kWidth = 30;
         const int filled = maximum > 0 ? value * kWidth / maximum : kWidth;
-        std::string name = fs::path(path).filename().string();
+        std::string name = PathFromText(path).filename().string();
         if (name.size() > 40) name = name.substr(0, 37) + "...";
         err_ << "\r[" << std::string(static_cast<std::size_t>(filled), '=')
              << std::string(static_cast<std::size_t>(kWidth - filled), ' ') << "] " << value << "/" << maximum << " "
@@ -127,11 +124,11 @@ int AskOnTerminal(const std::string& targetPath, std::ostream& err) {
 std::optional<fs::path> CatalogueFolderFor(const std::string& named, std::ostream& err) {
     if (named.empty()) return ShippedCatalogueFolder(ProgramFile());
     std::error_code ec;
-    if (!fs::is_directory(named, ec)) {
+    if (!fs::is_directory(PathFromText(named), ec)) {
         err << "morvanta: the catalogue folder " << named << " does not exist\n";
         return std::nullopt;
     }
-    return fs::path(named);
+    return PathFromText(named);
 }
 
 std::string LanguageNames() {
@@ -164,7 +161,7 @@ int RunConvert(const ConvertCommand& command, std::ostream& out, std::ostream& e
     settings.Convert.CatalogueFolder = *catalogues;
     if (!command.OutFolder.empty()) {
         std::error_code ec;
-        if (!fs::is_directory(command.OutFolder, ec)) {
+        if (!fs::is_directory(PathFromText(command.OutFolder), ec)) {
             err << "morvanta: the output folder " << command.OutFolder << " does not exist\n";
             return kExitUsage;
         }
@@ -176,14 +173,14 @@ int RunConvert(const ConvertCommand& command, std::ostream& out, std::ostream& e
     bool missing = false;
     for (const std::string& path : command.Paths) {
         std::error_code ec;
-        if (fs::is_directory(path, ec)) {
+        if (fs::is_directory(PathFromText(path), ec)) {
             ScanOptions scan;
             scan.Recurse = command.Recursive;
             scan.IncludeUnlisted = true;
             for (const FoundSession& found : FullDirFileList(path, scan).Sessions)
                 rows.push_back({found.Folder, found.File, true});
-        } else if (fs::exists(path, ec)) {
-            const fs::path p(path);
+        } else if (fs::exists(PathFromText(path), ec)) {
+            const fs::path p = PathFromText(path);
             std::string folder = p.has_parent_path() ? p.parent_path().string() : ".";
             if (folder.back() != '/') folder += '/';
             rows.push_back({folder, p.filename().string(), true});
@@ -198,12 +195,12 @@ int RunConvert(const ConvertCommand& command, std::ostream& out, std::ostream& e
         case OverwriteMode::All: settings.Existing = ExistingDocuments::ReplaceAll; break;
         case OverwriteMode::Skip: settings.Existing = ExistingDocuments::Keep; break;
         case OverwriteMode::Ask:
-            settings.Existing = IsTerminal(STDIN_FILENO) ? ExistingDocuments::Ask : ExistingDocuments::Keep;
+            settings.Existing = IsTerminal(StandardStream::Input) ? ExistingDocuments::Ask : ExistingDocuments::Keep;
             break;
     }
     settings.Jobs = command.Jobs > 0 ? command.Jobs : static_cast<int>(std::max(1u, std::thread::hardware_concurrency()));
 
-    const bool showBar = !command.Json && IsTerminal(STDERR_FILENO) && rows.size() > 3;
+    const bool showBar = !command.Json && IsTerminal(StandardStream::Error) && rows.size() > 3;
     ProgressBar bar(err, showBar);
     RunCallbacks callbacks;
     callbacks.AskOverwrite = [&](const std::string&, const std::string& target) {
@@ -260,13 +257,13 @@ int RunConvert(const ConvertCommand& command, std::ostream& out, std::ostream& e
 
 int RunScan(const ScanCommand& command, std::ostream& out, std::ostream& err) {
     std::error_code ec;
-    if (!fs::is_directory(command.Folder, ec)) {
+    if (!fs::is_directory(PathFromText(command.Folder), ec)) {
         err << "morvanta: " << command.Folder << ": not a folder\n";
         return kExitUsage;
     }
     ScanOptions options;
     options.Recurse = command.Recursive;
-    const bool showFolder = !command.Json && IsTerminal(STDERR_FILENO);
+    const bool showFolder = !command.Json && IsTerminal(StandardStream::Error);
     options.OnFolder = [&](const std::string& folder) {
         if (showFolder) err << "\rReading " << folder << "\x1b[K" << std::flush;
         return true;
@@ -303,7 +300,7 @@ int RunScan(const ScanCommand& command, std::ostream& out, std::ostream& err) {
 }
 
 int RunInfo(const InfoCommand& command, std::ostream& out, std::ostream& err) {
-    std::ifstream in(command.File, std::ios::binary);
+    std::ifstream in(PathFromText(command.File), std::ios::binary);
     if (!in) {
         err << "morvanta: " << command.File << ": cannot open the file\n";
         return kExitUsage;

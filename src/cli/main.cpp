@@ -4,8 +4,11 @@
 
 #include <iostream>
 #include <map>
+#include <string>
+#include <vector>
 
 #include "cli/CliCommands.h"
+#include "services/Platform.h"
 #include "services/ProgramVersion.h"
 
 using namespace morvanta::cli;
@@ -68,7 +71,10 @@ int main(int argc, char** argv) {
     infoApp->add_flag("--model", info.Model, "Print every value read from the session, one line per record");
 
     try {
-        app.parse(argc, argv);
+        const std::vector<std::string> arguments = morvanta::ProgramArguments(argc, argv);
+        std::vector<const char*> pointers;
+        for (const std::string& argument : arguments) pointers.push_back(argument.c_str());
+        app.parse(static_cast<int>(pointers.size()), pointers.data());
     } catch (const CLI::ParseError& error) {
         const int code = app.exit(error);
         return code == 0 ? kExitOk : kExitUsage;

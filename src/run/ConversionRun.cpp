@@ -12,6 +12,7 @@
 
 #include "reader/effects/Catalogues.h"
 #include "run/ConvertFile.h"
+#include "services/Platform.h"
 
 namespace morvanta {
 namespace {
@@ -43,7 +44,8 @@ FileStatus StatusOf(ImportStatus status) {
 // The reader's result for one row, without the document, which is on disk
 // by then.
 ImportResult ConvertRow(const FileOutcome& outcome, const ConvertOptions& options) {
-    ImportResult result = ImportSesFile(outcome.SourcePath, outcome.TargetPath, false, options);
+    ImportResult result =
+        ImportSesFile(PathFromText(outcome.SourcePath), PathFromText(outcome.TargetPath), false, options);
     result.Document = std::string();
     return result;
 }
@@ -134,10 +136,10 @@ std::string TargetPathFor(const RunRow& row, const RunSettings& settings) {
     if (!EndsInSeparator(base)) base += '/';
     // The parent folder of the joined path, so a File with a sub-folder in
     // front lands in that sub-folder of the base.
-    const std::filesystem::path joined = base + row.File;
+    const std::filesystem::path joined = PathFromText(base + row.File);
     std::string folder = joined.parent_path().string();
     if (!EndsInSeparator(folder)) folder += '/';
-    return folder + std::filesystem::path(row.File).stem().string() + ".sesx";
+    return folder + PathFromText(row.File).stem().string() + ".sesx";
 }
 
 std::string ConfirmationText(int checkedCount, const RunSettings& settings) {
@@ -268,7 +270,7 @@ RunSummary RunConversion(std::vector<RunRow>& rows, const RunSettings& settings,
         if (!targets.insert(outcome.TargetPath).second) reportDone(0);
 
         std::error_code ec;
-        if (!replaceAll && std::filesystem::exists(outcome.TargetPath, ec)) {
+        if (!replaceAll && std::filesystem::exists(PathFromText(outcome.TargetPath), ec)) {
             int answer = kSkipFile;
             if (settings.Existing == ExistingDocuments::Ask && callbacks.AskOverwrite) {
                 reportDone(0);

@@ -9,8 +9,8 @@
 
 #include "reader/Assembly.h"
 #include "reader/ReadError.h"
-#include "services/AtomicFile.h"
 #include "services/MarkupCheck.h"
+#include "services/Platform.h"
 #include "services/Recoding.h"
 #include "writer/ExportSesx.h"
 

@@ -1,14 +1,12 @@
 #include "run/Discovery.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
 
 #include "run/ConvertFile.h"
 #include "services/NumberText.h"
+#include "services/Platform.h"
 #include "services/TextHelpers.h"
 
 namespace morvanta {
@@ -36,15 +34,6 @@ int FileTypeRowFor(std::string_view version) {
 }
 
 namespace {
-
-std::time_t CreatedTime(const std::string& path) {
-    struct statx info {};
-    if (::statx(AT_FDCWD, path.c_str(), 0, STATX_BTIME | STATX_MTIME, &info) == 0) {
-        if (info.stx_mask & STATX_BTIME) return static_cast<std::time_t>(info.stx_btime.tv_sec);
-        return static_cast<std::time_t>(info.stx_mtime.tv_sec);
-    }
-    return 0;
-}
 
 void ScanOne(const fs::path& folder, const ScanOptions& options, ScanResult& result, bool& stop) {
     std::string folderText = folder.string();
@@ -81,7 +70,7 @@ void ScanOne(const fs::path& folder, const ScanOptions& options, ScanResult& res
         if (!name.ends_with(".ses") || !entry.is_regular_file(typeError)) continue;
 
         const std::string path = folderText + name;
-        const ImportResult probe = ProbeSesFile(path);
+        const ImportResult probe = ProbeSesFile(PathFromText(path));
         FoundSession found;
         found.Folder = folderText;
         found.File = name;
@@ -97,7 +86,7 @@ void ScanOne(const fs::path& folder, const ScanOptions& options, ScanResult& res
             if (found.FileTypeRow == 0 || (options.FileTypeMask & (1 << found.FileTypeRow)) == 0) continue;
         }
         found.Bytes = static_cast<std::int64_t>(entry.file_size(typeError));
-        found.Created = CreatedTime(path);
+        found.Created = FileCreatedTime(entry.path());
         if (options.OnSession) options.OnSession(found);
         result.Sessions.push_back(std::move(found));
     }
@@ -113,13 +102,12 @@ void ScanOne(const fs::path& folder, const ScanOptions& options, ScanResult& res
 ScanResult FullDirFileList(const std::string& folder, const ScanOptions& options) {
     ScanResult result;
     bool stop = false;
-    ScanOne(fs::path(folder), options, result, stop);
+    ScanOne(PathFromText(folder), options, result, stop);
     return result;
 }
 
 std::string FormatCreated(std::time_t time) {
-    std::tm local{};
-    localtime_r(&time, &local);
+    const std::tm local = LocalTime(time);
     char buffer[32];
     std::strftime(buffer, sizeof buffer, "%d/%m/%Y %H:%M:%S", &local);
     return buffer;

@@ -3,10 +3,9 @@
 
 #include <filesystem>
 
-namespace morvanta {
+#include "services/Platform.h"  // ProgramFile()
 
-// The program file of the running process; empty when the system does not say.
-std::filesystem::path ProgramFile();
+namespace morvanta {
 
 // The catalogues that belong to a program file: a "catalogues" folder
 // beside it (the build tree, and a Windows installation), else

@@ -1,10 +1,10 @@
 // The hand-over to a running window over a local socket.
 #include "shell/SingleInstance.h"
 
-#include <unistd.h>
-
 #include <QLocalServer>
 #include <QLocalSocket>
+
+#include "services/Platform.h"
 
 namespace morvanta::shell {
 namespace {
@@ -15,7 +15,7 @@ const QByteArray kShowMessage = QByteArrayLiteral("show\n");
 }  // namespace
 
 SingleInstance::SingleInstance(const QString& name, QObject* parent)
-    : QObject(parent), serverName_(name + QStringLiteral("-") + QString::number(::getuid())) {}
+    : QObject(parent), serverName_(name + QStringLiteral("-") + QString::fromStdString(CurrentUserKey())) {}
 
 bool SingleInstance::HandOver() {
     QLocalSocket socket;
