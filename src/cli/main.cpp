@@ -14,6 +14,7 @@
 using namespace morvanta::cli;
 
 int main(int argc, char** argv) {
+    const morvanta::Utf8Console console;
     CLI::App app{"Morvanta converts Cool Edit and Adobe Audition 1.0-3.0 multitrack sessions (.ses)\n"
                  "to Adobe Audition XML sessions (.sesx).",
                  "morvanta"};

@@ -21,6 +21,21 @@ std::filesystem::path PathFromText(const std::string& text);
 // command line, so that any file name comes through).
 std::vector<std::string> ProgramArguments(int argc, char** argv);
 
+// For as long as it lives, what the program prints reaches a console as
+// UTF-8: on Windows the console's output code page is UTF-8 until the
+// object goes, and then the one it was; elsewhere terminals take UTF-8
+// already and nothing changes.
+class Utf8Console {
+public:
+    Utf8Console();
+    ~Utf8Console();
+    Utf8Console(const Utf8Console&) = delete;
+    Utf8Console& operator=(const Utf8Console&) = delete;
+
+private:
+    unsigned previous_ = 0;
+};
+
 // When a file was made: its birth time where the file system keeps one,
 // else its last change; 0 when the file cannot be asked.
 std::time_t FileCreatedTime(const std::filesystem::path& path);

@@ -27,6 +27,9 @@ std::filesystem::path PathFromText(const std::string& text) { return std::filesy
 
 std::vector<std::string> ProgramArguments(int argc, char** argv) { return std::vector<std::string>(argv, argv + argc); }
 
+Utf8Console::Utf8Console() = default;
+Utf8Console::~Utf8Console() = default;
+
 std::time_t FileCreatedTime(const std::filesystem::path& path) {
 #if defined(__linux__)
     struct statx info {};

@@ -74,6 +74,14 @@ std::vector<std::string> ProgramArguments(int argc, char** argv) {
     return arguments;
 }
 
+Utf8Console::Utf8Console() : previous_(::GetConsoleOutputCP()) {
+    if (previous_ != 0) ::SetConsoleOutputCP(CP_UTF8);
+}
+
+Utf8Console::~Utf8Console() {
+    if (previous_ != 0) ::SetConsoleOutputCP(previous_);
+}
+
 std::time_t FileCreatedTime(const std::filesystem::path& path) {
     WIN32_FILE_ATTRIBUTE_DATA data{};
     if (!::GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data)) return 0;
