@@ -22,9 +22,10 @@ std::filesystem::path PathFromText(const std::string& text);
 std::vector<std::string> ProgramArguments(int argc, char** argv);
 
 // For as long as it lives, what the program prints reaches a console as
-// UTF-8: on Windows the console's output code page is UTF-8 until the
-// object goes, and then the one it was; elsewhere terminals take UTF-8
-// already and nothing changes.
+// UTF-8, and the escape sequences of the progress line are obeyed: on
+// Windows the console's output code page and its mode are set until the
+// object goes, then given back; elsewhere terminals do both already and
+// nothing changes.
 class Utf8Console {
 public:
     Utf8Console();
@@ -34,6 +35,8 @@ public:
 
 private:
     unsigned previous_ = 0;
+    unsigned long previousMode_ = 0;
+    bool modeSet_ = false;
 };
 
 // When a file was made: its birth time where the file system keeps one,

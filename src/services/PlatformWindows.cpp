@@ -76,10 +76,17 @@ std::vector<std::string> ProgramArguments(int argc, char** argv) {
 
 Utf8Console::Utf8Console() : previous_(::GetConsoleOutputCP()) {
     if (previous_ != 0) ::SetConsoleOutputCP(CP_UTF8);
+    DWORD mode = 0;
+    const HANDLE error = ::GetStdHandle(STD_ERROR_HANDLE);
+    if (::GetConsoleMode(error, &mode)) {
+        previousMode_ = mode;
+        modeSet_ = ::SetConsoleMode(error, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+    }
 }
 
 Utf8Console::~Utf8Console() {
     if (previous_ != 0) ::SetConsoleOutputCP(previous_);
+    if (modeSet_) ::SetConsoleMode(::GetStdHandle(STD_ERROR_HANDLE), previousMode_);
 }
 
 std::time_t FileCreatedTime(const std::filesystem::path& path) {

@@ -20,16 +20,41 @@ std::string CharsetOf(std::string_view language) {
     return {};
 }
 
-TEST(Recoding, ASessionByteGetsTheMeaningOfTheChosenLanguage) {
-    EXPECT_EQ(Recoded("<name>caf\xE9</name>\r\n", CharsetOf("Western")), kBom + "<name>caf\xC3\xA9</name>\r\n");
-    EXPECT_EQ(Recoded("<name>\xE9</name>", CharsetOf("Cyrillic")), kBom + "<name>\xD0\xB9</name>");
-    // The multi-byte code pages, through the names iconv knows them by.
-    EXPECT_EQ(Recoded("\xC6\xFC\xCB\xDC", CharsetOf("Japanese 2")), kBom + "\xE6\x97\xA5\xE6\x9C\xAC");
-    EXPECT_EQ(Recoded("\x93\xFA\x96\x7B", CharsetOf("Japanese 1")), kBom + "\xE6\x97\xA5\xE6\x9C\xAC");
-    EXPECT_EQ(Recoded("\xD6\xD0", CharsetOf("Simple Chinese")), kBom + "\xE4\xB8\xAD");
-    EXPECT_EQ(Recoded("\xA4\xA4", CharsetOf("Traditional Chinese")), kBom + "\xE4\xB8\xAD");
-    EXPECT_EQ(Recoded("\xE9", CharsetOf("Russian")), kBom + "\xD0\x98");
-    EXPECT_EQ(Recoded("\xA1", CharsetOf("Thai")), kBom + "\xE0\xB8\x81");
+// A name in each language's own code page and its UTF-8, the same in every
+// build: Vietnamese tone marks written as combining bytes come out joined
+// to their letter, as one precomposed character.
+TEST(Recoding, ANameInEachLanguageGetsItsMeaning) {
+    const std::vector<std::pair<std::string_view, std::string>> table{
+        {"Central European", "\xA3\xF3" "d\xBC"},         // Łódź
+        {"Cyrillic", "\xCF\xF0\xE8\xE2\xE5\xF2"},        // Привет
+        {"Greek", "\xC3\xE5\xE9\xDC"},                  // Γειά
+        {"Japanese 1", "\x93\xFA\x96\x7B\xB1 C:\\"},   // 日本ｱ, the backslash kept
+        {"Japanese 2", "\xC6\xFC\xCB\xDC"},             // 日本
+        {"Korean", "\xC7\xD1\xB1\xB9"},                 // 한국
+        {"Russian", "\xED\xC9\xD2"},                    // Мир
+        {"Simple Chinese", "\xD6\xD0\xCE\xC4"},         // 中文
+        {"Thai", "\xE4\xB7\xC2"},                       // ไทย
+        {"Traditional Chinese", "\xA4\xA4\xA4\xE5"},    // 中文
+        {"Vietnamese", "Vi\xEA\xF2t Nam"},               // Việt Nam
+        {"Western", "\xC4rger caf\xE9"},                 // Ärger café
+    };
+    const std::vector<std::string> expected{
+        "\xC5\x81\xC3\xB3" "d\xC5\xBA",
+        "\xD0\x9F\xD1\x80\xD0\xB8\xD0\xB2\xD0\xB5\xD1\x82",
+        "\xCE\x93\xCE\xB5\xCE\xB9\xCE\xAC",
+        "\xE6\x97\xA5\xE6\x9C\xAC\xEF\xBD\xB1 C:\\",
+        "\xE6\x97\xA5\xE6\x9C\xAC",
+        "\xED\x95\x9C\xEA\xB5\xAD",
+        "\xD0\x9C\xD0\xB8\xD1\x80",
+        "\xE4\xB8\xAD\xE6\x96\x87",
+        "\xE0\xB9\x84\xE0\xB8\x97\xE0\xB8\xA2",
+        "\xE4\xB8\xAD\xE6\x96\x87",
+        "Vi\xE1\xBB\x87t Nam",
+        "\xC3\x84rger caf\xC3\xA9",
+    };
+    ASSERT_EQ(table.size(), LanguageTable.size());
+    for (std::size_t i = 0; i < table.size(); ++i)
+        EXPECT_EQ(Recoded(table[i].second, CharsetOf(table[i].first)), kBom + expected[i]) << table[i].first;
     // A byte the code page does not define becomes U+FFFD; the rest goes on.
     EXPECT_EQ(Recoded("a\x98z", CharsetOf("Cyrillic")), kBom + "a\xEF\xBF\xBDz");
 }
