@@ -3,6 +3,7 @@
 // Both leave one SesTracks record per track; "TRKS" also fills the track
 // point lists, TrackEqs, TrackSends and the send and rack automation.
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 #include "model/VersionClasses.h"
@@ -302,17 +303,19 @@ private:
     }
 
     // A parameter list: int32 count, then per parameter a name, an int32
-    // length and that many bytes. Only the first `wanted` are looked at;
-    // the section's own length steps over the rest.
+    // length and that many bytes, handed to `visit` as (number from 1, first
+    // byte behind the length, length). Only the first `wanted` are looked
+    // at; the section's own length steps over the rest. `what` names the
+    // parameters in messages.
     template <class Visit>
-    void ReadParameters(std::int64_t countPosition, int wanted, Visit&& visit) {
+    void ReadParameters(std::int64_t countPosition, int wanted, Visit&& visit, const char* what = "parameter") {
         const std::int32_t count = file_.Int32(countPosition);
-        RequireRoomFor(file_, countPosition, count, kMinimumParameterSize, countPosition + 4, "parameter");
+        RequireRoomFor(file_, countPosition, count, kMinimumParameterSize, countPosition + 4, what);
         std::int64_t p = countPosition + 4;
         for (int number = 1; number <= std::min(count, wanted); ++number) {
             Spend(1, p);
             p = SkipText(p);
-            const std::int64_t length = ReadLength(file_, p, "parameter");
+            const std::int64_t length = ReadLength(file_, p, what);
             visit(number, p + 4, length);
             p += 4 + length;
         }
@@ -520,14 +523,7 @@ private:
 
     void ReadSendParameters(const SesTrack& track, std::int32_t slotNumber, SendSlotSettings& slot,
                             std::int64_t countPosition) {
-        const std::int32_t count = file_.Int32(countPosition);
-        RequireRoomFor(file_, countPosition, count, kMinimumParameterSize, countPosition + 4, "send parameter");
-        std::int64_t p = countPosition + 4;
-        for (std::int32_t i = 0; i < count; ++i) {
-            Spend(1, p);
-            const std::int64_t lengthPosition = SkipText(p);
-            const std::int64_t length = ReadLength(file_, lengthPosition, "send parameter");
-            const std::int64_t d = lengthPosition + 4;
+        const auto readOne = [&](int, std::int64_t d, std::int64_t length) {
             const std::int64_t m = d + 6;
             const std::string name = SpacedName(SkipText(m) + 8);
             const bool isPan = name == "Pan";
@@ -540,8 +536,8 @@ private:
                 });
             }
             if (isPan) slot.Pan = file_.Double(d + length - 8);
-            p = d + length;
-        }
+        };
+        ReadParameters(countPosition, std::numeric_limits<int>::max(), readOne, "send parameter");
     }
 
     // The effect list behind the send list (docs/format/effects.md, "Effect
@@ -598,14 +594,7 @@ private:
 
         // The parameter block behind the preset: 16 bytes, a text, 4 bytes, the count.
         const std::int64_t countPosition = SkipText(SkipText(presetPosition) + 16) + 4;
-        const std::int32_t count = file_.Int32(countPosition);
-        RequireRoomFor(file_, countPosition, count, kMinimumParameterSize, countPosition + 4, "effect parameter");
-        std::int64_t p = countPosition + 4;
-        for (std::int32_t i = 0; i < count; ++i) {
-            Spend(1, p);
-            const std::int64_t lengthPosition = SkipText(p);
-            const std::int64_t length = ReadLength(file_, lengthPosition, "effect parameter");
-            const std::int64_t d = lengthPosition + 4;
+        const auto readOne = [&](int, std::int64_t d, std::int64_t length) {
             const std::string parameter = EffectParameterName(d + kEffectParameterNameOffset);
             const std::int64_t pointCount = d + kEffectPointCountOffset;
             // A single point is no automation.
@@ -624,8 +613,8 @@ private:
             } catch (const EffectStepError& error) {
                 FailEffect(source, d, error);
             }
-            p = d + length;
-        }
+        };
+        ReadParameters(countPosition, std::numeric_limits<int>::max(), readOne, "effect parameter");
     }
 
     // An effect parameter's name: one byte a character with zero bytes
