@@ -12,6 +12,7 @@
 #include "services/MarkupCheck.h"
 #include "services/Platform.h"
 #include "services/Recoding.h"
+#include "services/TextHelpers.h"
 #include "writer/ExportSesx.h"
 
 namespace morvanta {
@@ -51,15 +52,29 @@ std::vector<std::uint8_t> ReadBytes(const std::filesystem::path& path, std::uint
     return bytes;
 }
 
+// The document read in `charset` and given back as UTF-8. Its <name> is
+// the target's file name, not a text of the session: a name that is UTF-8
+// already (every name on Windows, and most elsewhere) stays as it is; one
+// that is not is taken to be in the charset, as the rest of the document.
+std::string RecodeDocument(std::string_view document, TextSpan name, std::string_view charset) {
+    const std::string_view nameText = document.substr(name.Begin, name.Size);
+    if (!IsUtf8(nameText)) return RecodeToUtf8(document, charset);
+    // The name lies between the markup's ASCII, where no character of
+    // these charsets is cut in two.
+    return RecodeToUtf8(document.substr(0, name.Begin), charset) + std::string(nameText) +
+           DecodeText(document.substr(name.Begin + name.Size), charset);
+}
+
 ImportResult ConvertInMemory(std::span<const std::uint8_t> bytes, const ConvertOptions& options,
                              const std::string& SourcePath, const std::string& OutputPath) {
     Session session;
     ImportResult result = ReadSesBytes(bytes, session, options);
     if (result.Status != ImportStatus::Converted) return result;
+    TextSpan name;
     try {
         session.SourcePath = SourcePath;
         AssembleSession(session, options, result.Warnings);
-        result.Document = ExportSesxFile(session, options, OutputPath, result.Warnings);
+        result.Document = ExportSesxFile(session, options, OutputPath, result.Warnings, &name);
     } catch (const ReadError& error) {
         result.Status = ImportStatus::Failed;
         result.Message = error.what();
@@ -73,7 +88,7 @@ ImportResult ConvertInMemory(std::span<const std::uint8_t> bytes, const ConvertO
     }
     if (!options.Charset.empty()) {
         try {
-            result.Document = RecodeToUtf8(result.Document, options.Charset);
+            result.Document = RecodeDocument(result.Document, name, options.Charset);
         } catch (const std::runtime_error& error) {
             result.Status = ImportStatus::Failed;
             result.Message = "the document could not be recoded from " + options.Charset + ": " + error.what();

@@ -56,30 +56,6 @@ bool IsXmlChar(std::uint32_t c) {
            (c >= 0x10000 && c <= 0x10FFFF);
 }
 
-// The length of the UTF-8 sequence at `at`, and its code point; 0 for bytes
-// that are not UTF-8 (overlong forms and surrogates included).
-std::size_t Utf8At(std::string_view text, std::size_t at, std::uint32_t& code) {
-    const auto lead = static_cast<unsigned char>(text[at]);
-    std::size_t length = 0;
-    if (lead < 0x80) {
-        code = lead;
-        return 1;
-    }
-    if (lead >= 0xC2 && lead <= 0xDF) length = 2, code = lead & 0x1Fu;
-    else if (lead >= 0xE0 && lead <= 0xEF) length = 3, code = lead & 0x0Fu;
-    else if (lead >= 0xF0 && lead <= 0xF4) length = 4, code = lead & 0x07u;
-    else return 0;
-    if (text.size() - at < length) return 0;
-    for (std::size_t k = 1; k < length; ++k) {
-        const auto next = static_cast<unsigned char>(text[at + k]);
-        if ((next & 0xC0) != 0x80) return 0;
-        code = (code << 6) | (next & 0x3Fu);
-    }
-    if ((length == 3 && code < 0x800) || (length == 4 && (code < 0x10000 || code > 0x10FFFF))) return 0;
-    if (code >= 0xD800 && code <= 0xDFFF) return 0;
-    return length;
-}
-
 const Place kOutside{PlaceKind::Outside, {}, {}};
 
 class Scanner {

@@ -2,6 +2,7 @@
 // session's own 8-bit code page; nothing here decodes them.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -40,5 +41,13 @@ std::string FileNameOf(std::string_view path);
 // later recoded: unchanged unless `nonEnglish`, else every character that
 // is not plain printable ASCII becomes "%" and a hexadecimal code.
 std::string MakeCommentSafe(std::string_view text, bool nonEnglish);
+
+// The length of the UTF-8 sequence at `at` (which must be inside `text`),
+// and its code point; 0 for bytes that are not UTF-8 (overlong forms and
+// surrogates included).
+std::size_t Utf8At(std::string_view text, std::size_t at, std::uint32_t& code);
+
+// Whether all of `text` is UTF-8.
+bool IsUtf8(std::string_view text);
 
 }  // namespace morvanta

@@ -61,7 +61,8 @@ DocumentWriter::DocumentWriter(const Session& s, const ConvertOptions& o, std::v
 }
 
 std::string ExportSesxFile(const Session& session, const ConvertOptions& options,
-                           const std::string& OutputPath, std::vector<Diagnostic>& warnings) {
+                           const std::string& OutputPath, std::vector<Diagnostic>& warnings,
+                           TextSpan* nameSpan) {
     DocumentWriter w(session, options, warnings);
 
     w.Line(R"(<?xml version="1.0" encoding="UTF-8" standalone="no" ?>)");
@@ -70,7 +71,9 @@ std::string ExportSesxFile(const Session& session, const ConvertOptions& options
     w.Line("");
     w.Line(R"(<session audioChannelType="stereo" bitDepth="32" duration="0" sampleRate=")" +
            IntegerText(session.SampleRate) + R"(">)");
-    w.Line("<name>" + w.Text(EscapeText(TrimBlanks(FileNameOf(OutputPath)))) + "</name>");
+    const std::string name = w.Text(EscapeText(TrimBlanks(FileNameOf(OutputPath))));
+    if (nameSpan) *nameSpan = {w.out.size() + std::string_view("<name>").size(), name.size()};
+    w.Line("<name>" + name + "</name>");
     w.Line("<tracks>");
     WriteTracks(w);
     ReportMoreClipsLeftOut(w);

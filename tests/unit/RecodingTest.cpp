@@ -86,15 +86,17 @@ TEST(Recoding, WritingInAnEightBitCharsetAndUnknownCharsets) {
     EXPECT_THROW(EncodeText("caf", "NO-SUCH-CHARSET"), std::runtime_error);
 }
 
+// The document's <name> is the target's file name, which the file system
+// gives as Unicode: it stays as it is while the session's texts are recoded.
 TEST(Recoding, TheRunRecodesWhatItWroteAndNothingElse) {
     TempDir dir;
-    const std::string folder = dir.Path().string() + "/";
-    // The document's name comes from the file name, so a Latin-1 byte of
-    // the name reaches the document as it stands.
-    WriteFile(dir / "caf\xE9.ses", SesBuilder().Version("Audition 3.0", 32).Build());
-    WriteFile(dir / "old.ses", SesBuilder().Version("Cool Edit Pro 1.0").Build());
-    WriteFile(dir / "old.sesx", std::string("older document \xE9"));
-    std::vector<RunRow> rows{{folder, "caf\xE9.ses", true}, {folder, "old.ses", true}};
+    const std::string folder = dir.Path().string() + "/\xC3\x84rger/";
+    const std::string name = "\xD0\x9F\xD1\x80\xD0\xB8\xD0\xB2\xD0\xB5\xD1\x82 caf\xC3\xA9";  // Привет café
+    std::filesystem::create_directory(PathFromText(folder));
+    WriteFile(PathFromText(folder + name + ".ses"), SesBuilder().Version("Audition 3.0", 32).Build());
+    WriteFile(PathFromText(folder + "old.ses"), SesBuilder().Version("Cool Edit Pro 1.0").Build());
+    WriteFile(PathFromText(folder + "old.sesx"), std::string("older document \xE9"));
+    std::vector<RunRow> rows{{folder, name + ".ses", true}, {folder, "old.ses", true}};
     RunSettings settings;
     settings.Convert.NonEnglish = true;
     settings.Convert.Charset = "ISO-8859-1";
@@ -106,24 +108,41 @@ TEST(Recoding, TheRunRecodesWhatItWroteAndNothingElse) {
     ASSERT_EQ(summary.Outcomes.size(), 2u);
     EXPECT_EQ(summary.Outcomes[0].Status, FileStatus::Converted);
     EXPECT_EQ(summary.Outcomes[1].Status, FileStatus::Refused);
-    const std::string document = ReadFile(dir / "caf\xE9.sesx");
-    EXPECT_TRUE(document.starts_with(kBom + "<?xml version=\"1.0\" encoding=\"UTF-8\"")) << document.substr(0, 40);
-    EXPECT_NE(document.find("<name>caf\xC3\xA9.sesx</name>"), std::string::npos);
-    EXPECT_EQ(ReadFile(dir / "old.sesx"), "older document \xE9");
+    const std::filesystem::path target = PathFromText(folder + name + ".sesx");
+    const std::vector<std::string> head = Lines(ReadFile(target));
+    ASSERT_GE(head.size(), 6u);
+    EXPECT_EQ(head[0], kBom + R"(<?xml version="1.0" encoding="UTF-8" standalone="no" ?>)");
+    EXPECT_EQ(head[5], "<name>" + name + ".sesx</name>");
+    EXPECT_EQ(ReadFile(PathFromText(folder + "old.sesx")), "older document \xE9");
     EXPECT_EQ(ProblemLines(summary),
               std::vector<std::string>{folder + "old.ses: Cool Edit Pro 1.0 is not currently supported"});
 
     // A recoding that fails fails its file and keeps the previous document
     // whole: the document is recoded before anything is written.
-    const std::string before = ReadFile(dir / "caf\xE9.sesx");
-    rows = {{folder, "caf\xE9.ses", true}};
+    const std::string before = ReadFile(target);
+    rows = {{folder, name + ".ses", true}};
     settings.Convert.Charset = "NO-SUCH-CHARSET";
     const RunSummary failed = RunConversion(rows, settings, callbacks);
-    EXPECT_EQ(ProblemLines(failed), std::vector<std::string>{folder + "caf\xE9.ses: the document could not be "
+    EXPECT_EQ(ProblemLines(failed), std::vector<std::string>{folder + name + ".ses: the document could not be "
                                                              "recoded from NO-SUCH-CHARSET: unknown charset "
                                                              "\"NO-SUCH-CHARSET\""});
-    EXPECT_EQ(ReadFile(dir / "caf\xE9.sesx"), before);
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.Path()), {}), 4);
+    EXPECT_EQ(ReadFile(target), before);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(PathFromText(folder)), {}), 4);
+}
+
+// A file name in the session's code page (which only a POSIX file system
+// can hold) is recoded with the document.
+TEST(Recoding, AFileNameInTheCodePageIsRecodedWithTheDocument) {
+    TempDir dir;
+    WriteFile(dir / "caf\xE9.ses", SesBuilder().Version("Audition 3.0", 32).Build());
+    std::vector<RunRow> rows{{dir.Path().string() + "/", "caf\xE9.ses", true}};
+    RunSettings settings;
+    settings.Convert.NonEnglish = true;
+    settings.Convert.Charset = "ISO-8859-1";
+    EXPECT_EQ(RunConversion(rows, settings, {}).ConvertedCount, 1);
+    const std::vector<std::string> head = Lines(ReadFile(dir / "caf\xE9.sesx"));
+    ASSERT_GE(head.size(), 6u);
+    EXPECT_EQ(head[5], "<name>caf\xC3\xA9.sesx</name>");
 }
 
 }  // namespace
