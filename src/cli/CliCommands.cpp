@@ -148,7 +148,7 @@ int RunConvert(const ConvertCommand& command, std::ostream& out, std::ostream& e
         const std::optional<std::string> charset = CharsetForLanguage(command.Language);
         if (!charset) {
             err << "morvanta: unknown language or charset \"" << command.Language << "\"; use one of "
-                << LanguageNames() << ", or a charset name that iconv knows\n";
+                << LanguageNames() << ", or a charset name such as \"windows-1252\" or \"ISO-8859-15\"\n";
             return kExitUsage;
         }
         // As the window's language box: wide names are read and the

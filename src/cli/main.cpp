@@ -20,6 +20,16 @@ int main(int argc, char** argv) {
                  "morvanta"};
     app.set_version_flag("--version", "morvanta " + morvanta::VersionText());
     app.require_subcommand(1);
+    // Options are read the same on every system: "/r" is a path, not -r.
+    app.allow_windows_style_options(false);
+    const morvanta::ExampleFolders folders = morvanta::HelpExampleFolders();
+    const std::string sessions(folders.Sessions);
+    const std::string converted(folders.Converted);
+    app.footer("\nExamples:\n"
+               "  morvanta convert " + sessions + " --recursive --out " + converted + "\n"
+               "  morvanta convert --language Cyrillic --overwrite=all mix.ses\n"
+               "  morvanta scan " + sessions + " --recursive --json\n"
+               "  morvanta info mix.ses");
 
     ConvertCommand convert;
     auto* convertApp = app.add_subcommand("convert", "Convert session files, or every *.ses file of folders");

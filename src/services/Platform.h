@@ -63,6 +63,15 @@ bool IsTerminal(StandardStream stream);
 // The program file of the running process; empty when the system does not say.
 std::filesystem::path ProgramFile();
 
+// Two folders as a user of this system writes them, for the examples of
+// the program's help: "~/Sessions" and "~/Converted", or on Windows
+// "D:\Sessions" and "D:\Converted".
+struct ExampleFolders {
+    std::string_view Sessions;
+    std::string_view Converted;
+};
+ExampleFolders HelpExampleFolders();
+
 // A short text that tells the user running the program apart from the
 // other users of the machine (for names that must not cross between users).
 std::string CurrentUserKey();

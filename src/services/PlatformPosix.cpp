@@ -121,6 +121,8 @@ bool IsTerminal(StandardStream stream) {
     return ::isatty(fd) == 1;
 }
 
+ExampleFolders HelpExampleFolders() { return {"~/Sessions", "~/Converted"}; }
+
 std::filesystem::path ProgramFile() {
 #if defined(__APPLE__)
     std::uint32_t size = 0;

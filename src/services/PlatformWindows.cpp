@@ -180,6 +180,8 @@ bool IsTerminal(StandardStream stream) {
     return ::_isatty(fd) != 0 && ::GetConsoleMode(::GetStdHandle(which), &mode) != 0;
 }
 
+ExampleFolders HelpExampleFolders() { return {"D:\\Sessions", "D:\\Converted"}; }
+
 std::filesystem::path ProgramFile() {
     std::wstring buffer(32768, L'\0');
     const DWORD length = ::GetModuleFileNameW(nullptr, buffer.data(), static_cast<DWORD>(buffer.size()));

@@ -149,7 +149,7 @@ TEST(Cli, LanguageRecodesEachDocumentAndAnUnknownNameIsAUsageError) {
               "\"Cyrillic\" (WINDOWS-1251), \"Greek\" (ISO-8859-7), \"Japanese 1\" (SHIFT-JIS), \"Japanese 2\" "
               "(X-EUC), \"Korean\" (EUC-KR), \"Russian\" (koi8-r), \"Simple Chinese\" (GB2312), \"Thai\" "
               "(WINDOWS-874), \"Traditional Chinese\" (BIG5), \"Vietnamese\" (WINDOWS-1258), \"Western\" "
-              "(ISO-8859-1), or a charset name that iconv knows\n");
+              "(ISO-8859-1), or a charset name such as \"windows-1252\" or \"ISO-8859-15\"\n");
     EXPECT_FALSE(std::filesystem::exists(dir / "a.sesx"));
 }
 
