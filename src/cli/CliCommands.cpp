@@ -181,9 +181,8 @@ int RunConvert(const ConvertCommand& command, std::ostream& out, std::ostream& e
                 rows.push_back({found.Folder, found.File, true});
         } else if (fs::exists(PathFromText(path), ec)) {
             const fs::path p = PathFromText(path);
-            std::string folder = p.has_parent_path() ? p.parent_path().string() : ".";
-            if (folder.back() != '/') folder += '/';
-            rows.push_back({folder, p.filename().string(), true});
+            rows.push_back({WithClosingSeparator(p.has_parent_path() ? p.parent_path().string() : "."),
+                            p.filename().string(), true});
         } else {
             err << "morvanta: " << path << ": no such file or folder\n";
             missing = true;

@@ -12,16 +12,13 @@
 
 #include "reader/effects/Catalogues.h"
 #include "run/ConvertFile.h"
+#include "run/Discovery.h"
 #include "services/Platform.h"
 
 namespace morvanta {
 namespace {
 
 constexpr std::string_view kLineBreak = "\r\n";
-
-bool EndsInSeparator(const std::string& path) {
-    return !path.empty() && (path.back() == '/' || path.back() == '\\');
-}
 
 // Characters of a UTF-8 text: every byte that does not continue a sequence.
 std::size_t CharacterCount(const std::string& text) {
@@ -132,14 +129,12 @@ int GetNumberChecked(const std::vector<RunRow>& rows) {
 }
 
 std::string TargetPathFor(const RunRow& row, const RunSettings& settings) {
-    std::string base = settings.Target == TargetOption::SourceFolders ? row.Folder : settings.TargetFolder;
-    if (!EndsInSeparator(base)) base += '/';
-    // The parent folder of the joined path, so a File with a sub-folder in
-    // front lands in that sub-folder of the base.
-    const std::filesystem::path joined = PathFromText(base + row.File);
-    std::string folder = joined.parent_path().string();
-    if (!EndsInSeparator(folder)) folder += '/';
-    return folder + PathFromText(row.File).stem().string() + ".sesx";
+    const std::string base =
+        WithClosingSeparator(settings.Target == TargetOption::SourceFolders ? row.Folder : settings.TargetFolder);
+    // A File with a sub-folder in front lands in that sub-folder of the base.
+    const std::filesystem::path file = PathFromText(row.File);
+    const std::string folder = file.has_parent_path() ? WithClosingSeparator(base + file.parent_path().string()) : base;
+    return folder + file.stem().string() + ".sesx";
 }
 
 std::string ConfirmationText(int checkedCount, const RunSettings& settings) {
@@ -262,7 +257,7 @@ RunSummary RunConversion(std::vector<RunRow>& rows, const RunSettings& settings,
         auto work = std::make_unique<FileWork>();
         FileOutcome& outcome = work->Outcome;
         outcome.Row = i;
-        outcome.SourcePath = row.Folder + (EndsInSeparator(row.Folder) || row.Folder.empty() ? "" : "/") + row.File;
+        outcome.SourcePath = (row.Folder.empty() ? "" : WithClosingSeparator(row.Folder)) + row.File;
         outcome.TargetPath = TargetPathFor(row, settings);
         // A document that an earlier file of this run writes: that file
         // ends first, so the question and the result are those of one file

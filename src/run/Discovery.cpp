@@ -33,11 +33,18 @@ int FileTypeRowFor(std::string_view version) {
     return best;
 }
 
+std::string WithClosingSeparator(std::string folder) {
+    constexpr bool kBackslashSeparates = fs::path::preferred_separator == '\\';
+    const std::size_t last = folder.find_last_of(kBackslashSeparates ? "/\\" : "/");
+    if (last == std::string::npos) folder += static_cast<char>(fs::path::preferred_separator);
+    else if (last + 1 != folder.size()) folder += folder[last];
+    return folder;
+}
+
 namespace {
 
 void ScanOne(const fs::path& folder, const ScanOptions& options, ScanResult& result, bool& stop) {
-    std::string folderText = folder.string();
-    if (folderText.empty() || folderText.back() != '/') folderText += '/';
+    const std::string folderText = WithClosingSeparator(folder.string());
     if (options.OnFolder && !options.OnFolder(folderText)) {
         stop = true;
         return;

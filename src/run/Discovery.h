@@ -73,6 +73,12 @@ struct ScanOptions {
 // alphabetical order, a folder's files before its sub-folders.
 ScanResult FullDirFileList(const std::string& folder, const ScanOptions& options);
 
+// A folder's text as rows and lines show it, ended by a separator: the
+// last one the text holds, else the system's own. On Windows, where both
+// "/" and a backslash separate, "D:\Sessions" ends in a backslash and
+// "D:/Sessions" in "/"; elsewhere only "/" separates.
+std::string WithClosingSeparator(std::string folder);
+
 // "dd/mm/yyyy hh:mm:ss" in local time, and "###,###,###,##0".
 std::string FormatCreated(std::time_t time);
 std::string FormatBytes(double bytes);

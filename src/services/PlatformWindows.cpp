@@ -22,6 +22,8 @@
 #include <random>
 #include <stdexcept>
 
+#include "services/TextHelpers.h"
+
 namespace morvanta {
 namespace {
 
@@ -114,12 +116,6 @@ namespace {
     throw std::runtime_error(text);
 }
 
-std::wstring HexTag(unsigned tag) {
-    std::wstring text = L".";
-    for (int shift = 28; shift >= 0; shift -= 4) text += L"0123456789abcdef"[(tag >> shift) & 0xFu];
-    return text;
-}
-
 // Creates a new file beside the target with a name nobody else uses.
 HANDLE CreateTemporary(const std::filesystem::path& target, std::filesystem::path& path) {
     static std::atomic<unsigned> counter{0};
@@ -127,7 +123,10 @@ HANDLE CreateTemporary(const std::filesystem::path& target, std::filesystem::pat
     const auto folder = target.has_parent_path() ? target.parent_path() : std::filesystem::path(L".");
     for (int attempt = 0; attempt < 100; ++attempt) {
         const unsigned tag = random() ^ (counter.fetch_add(1) * 2654435761u);
-        path = folder / (L"." + target.filename().native() + HexTag(tag));
+        const std::string suffix = "." + HexByte(static_cast<std::uint8_t>(tag >> 24)) +
+                                   HexByte(static_cast<std::uint8_t>(tag >> 16)) +
+                                   HexByte(static_cast<std::uint8_t>(tag >> 8)) + HexByte(static_cast<std::uint8_t>(tag));
+        path = folder / (L"." + target.filename().native() + std::wstring(suffix.begin(), suffix.end()));
         HANDLE file =
             ::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
         if (file != INVALID_HANDLE_VALUE || ::GetLastError() != ERROR_FILE_EXISTS) return file;

@@ -6,6 +6,7 @@
 #include "SesBuilder.h"
 #include "TestSupport.h"
 #include "run/ConversionRun.h"
+#include "run/Discovery.h"
 
 namespace morvanta::testing {
 namespace {
@@ -198,7 +199,8 @@ TEST(ConversionRun, AnUnwritableTargetFailsWithThePath) {
     const RunSummary summary = RunConversion(rows, settings);
     ASSERT_EQ(summary.Outcomes.size(), 1u);
     EXPECT_EQ(summary.Outcomes[0].Status, FileStatus::Failed);
-    EXPECT_NE(summary.Outcomes[0].Message.find("Error Writing to File '" + (dir / "no-such-folder/a.sesx").string()),
+    EXPECT_NE(summary.Outcomes[0].Message.find("Error Writing to File '" +
+                                               WithClosingSeparator((dir / "no-such-folder").string()) + "a.sesx"),
               std::string::npos);
     EXPECT_EQ(summary.ConvertedCount, 1);
 }
