@@ -7,7 +7,7 @@ JOBS ?= $(shell nproc)
 WERROR ?= ON
 CMAKE_FLAGS ?=
 
-.PHONY: all deps build demo test asan bench examples icons package fuzz screenshot windows test-windows clean
+.PHONY: all deps build demo test asan bench examples icons package fuzz screenshot windows package-windows test-windows clean
 
 all: build
 
@@ -82,12 +82,18 @@ windows:
 	  -DCMAKE_BUILD_TYPE=Release -DMORVANTA_WERROR=$(WERROR) -DMORVANTA_BUILD_GUI=OFF -DMORVANTA_BUILD_TESTS=OFF >/dev/null
 	@cmake --build build-windows -j $(JOBS)
 
+# The zip a Windows user downloads: build-windows/morvanta-<version>-windows-x64.zip
+# with morvanta.exe, its catalogues and README.txt in one folder.
+package-windows: windows
+	@cmake --build build-windows --target package-zip >/dev/null
+	@ls build-windows/morvanta-*-windows-x64.zip
+
 # morvanta.exe under wine against the Linux build, over the examples, the
 # fuzz seeds and sessions with names in many scripts: the same documents,
 # lines and exit codes, and the same recoding of every character of the
 # languages' charsets; and the unit tests, cross-built, under wine
 # (scripts/test-windows).
-test-windows: build windows
+test-windows: build package-windows
 	@cmake --build $(BUILD) --target recoding-table >/dev/null
 	@cmake --build build-windows -j $(JOBS) --target recoding-table morvanta_tests >/dev/null
 	@BUILD=$(BUILD) ./scripts/test-windows
