@@ -2,10 +2,11 @@
 // refresh and sub-folder boxes, and above it the list of writer versions
 // that narrows the session list. Right: the session list with its totals,
 // and below it where the documents go (beside their sessions or into one
-// folder). Bottom: the tick buttons, the language and path-name options and
-// Convert, with a progress bar that takes their place during a run. The
-// window starts and ends the program; scans and runs go to the core on a
-// worker thread, and the controls are disabled until they are done.
+// folder). Bottom: the tick buttons; the language, well-formed and
+// path-name options; and Convert, with a progress bar that takes their
+// place during a run. The window starts and ends the program; scans and
+// runs go to the core on a worker thread, and the controls are disabled
+// until they are done.
 #pragma once
 
 #include <QMainWindow>
