@@ -51,6 +51,8 @@ TEST(Effects, TheEffectListsOfATrackChunkReachTheDocument) {
                   "EverythingElse30.Kelfx name it",
                   "effect \"Warm Tape\" on track 1 \"Vocal\" is written without its parameters, by line 1 of "
                   "EverythingElse30.Kelfx",
+                  "effect \"Channel Mixer\" on track 1 \"Vocal\" is written without its parameters: they keep its "
+                  "place in the file's rack, slot number 3, and its slot is written as slotIndex 2",
               }));
 
     // Audition 1.5 takes every effect of its track chunk to the fallback
@@ -60,15 +62,23 @@ TEST(Effects, TheEffectListsOfATrackChunkReachTheDocument) {
     ASSERT_EQ(older.Status, ImportStatus::Converted) << older.Message;
     std::vector<std::string> routes;
     for (const EffectReport& e : older.Effects) routes.push_back(e.Effect + ": " + e.Route);
+    const std::string warmTape = "left out (fallback line 1 of EverythingElse30.Kelfx): no track of the document "
+                                 "has the id 1 that its slot carries";
     EXPECT_EQ(routes, (std::vector<std::string>{"Parametric Equalizer: left out", "Reverb: left out",
-                                                "Warm Tape: fallback line 1 of EverythingElse30.Kelfx",
-                                                "Channel Mixer: left out", "Graphic Equalizer: left out",
-                                                "Dynamics Processing: left out", "Channel Mixer: left out"}));
+                                                "Warm Tape: " + warmTape, "Channel Mixer: left out",
+                                                "Graphic Equalizer: left out", "Dynamics Processing: left out",
+                                                "Channel Mixer: left out"}));
+    ASSERT_EQ(older.Warnings.size(), 7u);
+    EXPECT_EQ(older.Warnings[2].Message, "effect \"Warm Tape\" on track 1 \"Vocal\" is left out: no track of the "
+                                         "document has the id 1 that its slot carries");
     EXPECT_EQ(LinesStartingWith(older.Document, "<slot "), std::vector<std::string>{});
 }
 
 TEST(Effects, OlderRacksAndBusesReachTheDocument) {
     const ImportResult result = Convert(OlderEffectsSession(), WithTestCatalogues(), "effects-cool-edit-pro-2.1");
+    // The reader alone, as `morvanta info` runs it, settles the same routes.
+    Session session;
+    EXPECT_EQ(Routes(ReadSesBytes(OlderEffectsSession(), session, WithTestCatalogues())), Routes(result));
     ASSERT_EQ(result.Status, ImportStatus::Converted) << result.Message;
     ExpectGolden("effects-cool-edit-pro-2.1.sesx", result.Document);
     EXPECT_EQ(Routes(result), (std::vector<std::string>{
@@ -80,9 +90,96 @@ TEST(Effects, OlderRacksAndBusesReachTheDocument) {
                                   "track 10002 \"Keys\" Amplify: catalogue Amplify15.Kelfx",
                                   "bus 20001 \"Reverb bus\" Amplify: catalogue Amplify15.Kelfx",
                                   "bus 20001 \"Reverb bus\" Unknown: left out",
-                                  "bus 20001 \"Reverb bus\" Amplify: catalogue Amplify15.Kelfx",
+                                  "bus 20001 \"Reverb bus\" Amplify: left out (catalogue Amplify15.Kelfx): a bus's "
+                                  "slots stop at a gap, and this is effect 3 of the bus's rack, behind the gap at effect 2",
                                   "bus 20002 \"Narrow bus\" Amplify: catalogue Amplify15.Kelfx",
                               }));
+    const std::string notKnown = " is left out: no catalogue and no line in EverythingElse30.Kelfx name it";
+    EXPECT_EQ(WarningTexts(result),
+              (std::vector<std::string>{
+                  "effect \"Old Chorus\" on track 10001 \"Drums\" is written without its parameters, by line 3 of "
+                  "EverythingElse30.Kelfx",
+                  "effect \"Unknown\" on track 10001 \"Drums\"" + notKnown,
+                  "effect \"..\\Amplify\" on track 10001 \"Drums\"" + notKnown,
+                  "effect \"Unknown\" on bus 20001 \"Reverb bus\"" + notKnown,
+                  "effect \"Amplify\" on bus 20001 \"Reverb bus\" is left out: a bus's slots stop at a gap, and this "
+                  "is effect 3 of the bus's rack, behind the gap at effect 2",
+              }));
+}
+
+// The slots and the parameters of every rack of a document.
+std::vector<std::string> SlotLines(const std::string& document) {
+    std::vector<std::string> lines;
+    bool inSlot = false;
+    for (const std::string& line : Lines(document)) {
+        if (line.starts_with("<slot ")) inSlot = true;
+        if (inSlot && (line.starts_with("<slot ") || line.starts_with("<parameter "))) lines.push_back(line);
+        if (line == "</slot>") inSlot = false;
+    }
+    return lines;
+}
+
+// An effect whose slot the racks do not write as read: a track's effect
+// behind one left out keeps its place number for its parameters, so its
+// slot goes without them or takes those of an effect of its name; a bus
+// slot whose place the rack has passed is not written at all.
+TEST(Effects, EffectsThatDoNotReachTheDocumentWholeAreWarnedAbout) {
+    const auto older = [](Bytes racks, const char* tag) {
+        return SesBuilder()
+            .Version("Cool Edit Pro 2.1", 32)
+            .Chunk("trks", TrksPayload(104, false, {{.Name = "Drums", .TrackId = 1}}))
+            .Chunk(tag, std::move(racks))
+            .Build();
+    };
+    const auto VideoWithEffect = [] {
+        TrackEntry video = NamedEntry(kVideoTrackId, u"Video");
+        video.EffectList = EffectListBytes({{.Name = u"Channel Mixer", .Parameters = {{"Gain Left to Left", {}, 0.25}}}});
+        return SesBuilder()
+            .Version("Audition 3.0", 32)
+            .Chunk("TRKS", UpperTrksPayload(true, 1, {TrackEntryBytes(video)}))
+            .Build();
+    };
+    const std::string amplify = "effect \"Amplify\" on ";
+    const struct {
+        std::vector<std::uint8_t> Session;
+        std::vector<std::string> Warnings;
+        std::vector<std::string> Slots;
+    } table[] = {
+        {older(TkfxPayload({{1, {{"Effects\\Unknown", "1,"}, {"Effects\\Amplify", "0.1,0.3,"},
+                                 {"Effects\\Amplify", "0.2,0.4,"}}}}),
+               "tkfx"),
+         {"effect \"Unknown\" on track 10001 \"Drums\" is left out: no catalogue and no line in "
+          "EverythingElse30.Kelfx name it",
+          amplify + "track 10001 \"Drums\" is written without its parameters: they keep its place in the file's "
+                    "rack, slot number 1, and its slot is written as slotIndex 0",
+          amplify + "track 10001 \"Drums\" is written with the parameters of another effect of its name: its slot is "
+                    "slotIndex 1, the slot number those parameters keep from the file"},
+         {R"(<slot powered="true" slotIndex="0">)", R"(<slot powered="true" slotIndex="1">)",
+          R"(<parameter index="0" name="Left Gain" parameterValue="0.0500000000">)",
+          R"(<parameter index="1" name="Right Gain" parameterValue="0.090">)"}},
+        // "BUSS" and then "buss" both fill the rack of the first bus.
+        {SesBuilder()
+             .Version("Cool Edit Pro 2.1", 32)
+             .Chunk("BUSS", WideBusPayload({{"Bus", 1, 1, {{"Effects\\Amplify", "0.8,0.5"}}}}))
+             .Chunk("buss", NarrowBusPayload({{"Bus", 1, 1, {{"Effects\\Amplify", "0.2,0.1,"}}}}))
+             .Build(),
+         {amplify + "bus 20001 \"Bus\" is written with the parameters of another effect of its name: its slot is "
+                    "slotIndex 0, the slot number those parameters keep from the file",
+          amplify + "bus 20001 \"Bus\" is left out: it is effect 1 of the bus's rack, a place the bus's slots have "
+                    "passed already"},
+         {R"(<slot powered="true" slotIndex="0">)",
+          R"(<parameter index="0" name="Left Gain" parameterValue="0.4000000000">)",
+          R"(<parameter index="1" name="Right Gain" parameterValue="0.250">)",
+          R"(<parameter index="2" name="Left Gain" parameterValue="0.1000000000">)",
+          R"(<parameter index="3" name="Right Gain" parameterValue="0.010">)"}},
+        {VideoWithEffect(), {"effect \"Channel Mixer\" on track 490000 \"Video\" is left out: the video track has no effects rack"}, {}},
+    };
+    for (const auto& row : table) {
+        const ImportResult result = Convert(row.Session, WithTestCatalogues());
+        ASSERT_EQ(result.Status, ImportStatus::Converted) << result.Message;
+        EXPECT_EQ(WarningTexts(result), row.Warnings);
+        EXPECT_EQ(SlotLines(result.Document), row.Slots);
+    }
 }
 
 // A catalogue that cannot be parsed fails each file that needs it, naming
