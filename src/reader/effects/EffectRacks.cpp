@@ -3,7 +3,7 @@
 
 #include <map>
 #include <optional>
-#include <tuple>
+#include <utility>
 
 #include "model/RackTurns.h"
 #include "model/Session.h"
@@ -143,18 +143,11 @@ std::vector<Track> PlannedTracks(const Session& session) {
 
 namespace {
 
-// A parameter row as the writer looks for it: owner, trimmed effect name
-// and slot number. Only rows with a name are written.
-using ParameterKey = std::tuple<std::int32_t, std::string, std::int32_t>;
-
-std::map<ParameterKey, std::vector<std::size_t>> NamedParameterRows(const Session& s) {
-    std::map<ParameterKey, std::vector<std::size_t>> rows;
-    for (std::size_t r = 0; r < s.RackParameters.size(); ++r) {
-        const RackParameter& p = s.RackParameters[r];
-        if (!TrimBlanks(p.ParameterName).empty())
-            rows[{p.OwnerId, TrimBlanks(p.EffectName), p.SlotNumber}].push_back(r);
-    }
-    return rows;
+// A text without its blanks at both ends, as the writer compares names.
+std::string_view Trimmed(std::string_view text) {
+    const auto first = text.find_first_not_of(' ');
+    if (first == std::string_view::npos) return {};
+    return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
 // The turn that decides each slot row: its first written one, else its
@@ -202,12 +195,34 @@ std::string NotWrittenReason(const RackSlot& slot, const std::optional<RackTurn>
 
 void SettleEffectReports(const Session& session, const std::vector<Track>& tracks, std::vector<EffectReport>& reports) {
     const std::vector<std::optional<RackTurn>> deciding = DecidingTurns(session, tracks);
-    const auto named = NamedParameterRows(session);
-    const std::vector<std::size_t> none;
-    // The rows of an effect run up to the first row of the next effect read
-    // by its catalogue.
-    std::size_t end = session.RackParameters.size();
-    for (std::size_t i = reports.size(); i-- > 0;) {
+    // The parameter rows of each effect: from its first row up to the first
+    // row of the next effect read by its catalogue. All rows of an effect
+    // carry its owner and one slot number, so the effects are indexed by
+    // those two.
+    std::vector<std::size_t> ends(reports.size());
+    for (std::size_t i = reports.size(), end = session.RackParameters.size(); i-- > 0;) {
+        ends[i] = end;
+        if (reports[i].Taken == EffectRoute::Catalogue) end = reports[i].FirstParameter;
+    }
+    std::map<std::pair<std::int32_t, std::int32_t>, std::vector<std::size_t>> effectsOf;
+    for (std::size_t i = 0; i < reports.size(); ++i) {
+        if (reports[i].Taken != EffectRoute::Catalogue || reports[i].FirstParameter == ends[i]) continue;
+        const RackParameter& first = session.RackParameters[reports[i].FirstParameter];
+        effectsOf[{first.OwnerId, first.SlotNumber}].push_back(i);
+    }
+    // The rows of effect i that the writer takes for a slot of `owner` and
+    // trimmed `name` written as `slotIndex`: those with a name.
+    const auto rowsOf = [&](std::size_t i, std::int32_t owner, std::string_view name, std::int32_t slotIndex,
+                            std::vector<std::size_t>& rows) {
+        for (std::size_t r = reports[i].FirstParameter; r < ends[i]; ++r) {
+            const RackParameter& p = session.RackParameters[r];
+            if (p.OwnerId == owner && p.SlotNumber == slotIndex && Trimmed(p.EffectName) == name &&
+                !Trimmed(p.ParameterName).empty())
+                rows.push_back(r);
+        }
+    };
+
+    for (std::size_t i = 0; i < reports.size(); ++i) {
         EffectReport& report = reports[i];
         const std::string effect = "effect \"" + report.Effect + "\" on " + report.Owner;
         report.Route = RouteAsRead(report);
@@ -216,9 +231,6 @@ void SettleEffectReports(const Session& session, const std::vector<Track>& track
                              " name it";
             continue;
         }
-        const std::size_t first = report.Taken == EffectRoute::Catalogue ? report.FirstParameter : end;
-        const std::size_t last = end;
-        end = first;
         const RackSlot& slot = session.RackSlots[report.SlotRow];
         const std::optional<RackTurn>& turn = deciding[report.SlotRow];
         if (!turn || !turn->Written) {
@@ -228,11 +240,14 @@ void SettleEffectReports(const Session& session, const std::vector<Track>& track
             continue;
         }
         // What the slot is written with, against what the effect brought.
+        const std::string_view name = Trimmed(slot.EffectName);
         std::vector<std::size_t> own;
-        for (std::size_t r = first; r < last; ++r)
-            if (!TrimBlanks(session.RackParameters[r].ParameterName).empty()) own.push_back(r);
-        const auto found = named.find({slot.OwnerId, TrimBlanks(slot.EffectName), turn->SlotIndex});
-        const std::vector<std::size_t>& written = found == named.end() ? none : found->second;
+        if (report.Taken == EffectRoute::Catalogue)
+            for (std::size_t r = report.FirstParameter; r < ends[i]; ++r)
+                if (!Trimmed(session.RackParameters[r].ParameterName).empty()) own.push_back(r);
+        std::vector<std::size_t> written;
+        if (const auto found = effectsOf.find({slot.OwnerId, turn->SlotIndex}); found != effectsOf.end())
+            for (const std::size_t other : found->second) rowsOf(other, slot.OwnerId, name, turn->SlotIndex, written);
         const std::string slotIndex = std::to_string(turn->SlotIndex);
         if (written == own) {
             report.Warning = report.Taken == EffectRoute::Fallback
