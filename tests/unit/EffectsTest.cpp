@@ -5,6 +5,7 @@
 
 #include <fstream>
 
+#include "BlockPayloads.h"
 #include "EffectPayloads.h"
 #include "TestSupport.h"
 #include "reader/effects/Catalogues.h"
@@ -91,7 +92,8 @@ TEST(Effects, OlderRacksAndBusesReachTheDocument) {
                                   "bus 20001 \"Reverb bus\" Amplify: catalogue Amplify15.Kelfx",
                                   "bus 20001 \"Reverb bus\" Unknown: left out",
                                   "bus 20001 \"Reverb bus\" Amplify: left out (catalogue Amplify15.Kelfx): a bus's "
-                                  "slots stop at a gap, and this is effect 3 of the bus's rack, behind the gap at effect 2",
+                                  "slots stop at a gap, and this is effect 3 of the bus's rack, behind the gap at "
+                                  "effect 2",
                                   "bus 20002 \"Narrow bus\" Amplify: catalogue Amplify15.Kelfx",
                               }));
     const std::string notKnown = " is left out: no catalogue and no line in EverythingElse30.Kelfx name it";
@@ -122,7 +124,8 @@ std::vector<std::string> SlotLines(const std::string& document) {
 // An effect whose slot the racks do not write as read: a track's effect
 // behind one left out keeps its place number for its parameters, so its
 // slot goes without them or takes those of an effect of its name; a bus
-// slot whose place the rack has passed is not written at all.
+// slot whose place the rack has passed, and a slot of the video track, are
+// not written at all.
 TEST(Effects, EffectsThatDoNotReachTheDocumentWholeAreWarnedAbout) {
     const auto older = [](Bytes racks, const char* tag) {
         return SesBuilder()
@@ -131,9 +134,10 @@ TEST(Effects, EffectsThatDoNotReachTheDocumentWholeAreWarnedAbout) {
             .Chunk(tag, std::move(racks))
             .Build();
     };
-    const auto VideoWithEffect = [] {
+    const auto videoTrack = [] {
         TrackEntry video = NamedEntry(kVideoTrackId, u"Video");
-        video.EffectList = EffectListBytes({{.Name = u"Channel Mixer", .Parameters = {{"Gain Left to Left", {}, 0.25}}}});
+        video.EffectList =
+            EffectListBytes({{.Name = u"Channel Mixer", .Parameters = {{"Gain Left to Left", {}, 0.25}}}});
         return SesBuilder()
             .Version("Audition 3.0", 32)
             .Chunk("TRKS", UpperTrksPayload(true, 1, {TrackEntryBytes(video)}))
@@ -172,7 +176,20 @@ TEST(Effects, EffectsThatDoNotReachTheDocumentWholeAreWarnedAbout) {
           R"(<parameter index="1" name="Right Gain" parameterValue="0.250">)",
           R"(<parameter index="2" name="Left Gain" parameterValue="0.1000000000">)",
           R"(<parameter index="3" name="Right Gain" parameterValue="0.010">)"}},
-        {VideoWithEffect(), {"effect \"Channel Mixer\" on track 490000 \"Video\" is left out: the video track has no effects rack"}, {}},
+        {videoTrack(),
+         {"effect \"Channel Mixer\" on track 490000 \"Video\" is left out: the video track has no effects rack"},
+         {}},
+        // The track that holds the video clip becomes the video track.
+        {SesBuilder()
+             .Version("Cool Edit Pro 2.1", 32)
+             .Chunk("LIST", WaveListBytes({{"VDEO", 1, "C:\\v.avi", 100}}, WaveLayout::Padded))
+             .Chunk("trks", TrksPayload(104, false, {{.Name = "Drums", .TrackId = 1}}))
+             .Chunk("blk ", BlkPayload("Cool Edit Pro 2.1", {{.BlockId = 1, .WaveId = 1, .TrackId = 1}}))
+             .Chunk("tkfx", TkfxPayload({{1, {{"Effects\\Amplify", "0.1,0.3,"}}}}))
+             .Build(),
+         {amplify + "track 10001 \"Drums\" is left out: no track of the document has the id 10001 that its slot "
+                    "carries"},
+         {}},
     };
     for (const auto& row : table) {
         const ImportResult result = Convert(row.Session, WithTestCatalogues());

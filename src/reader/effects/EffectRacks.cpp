@@ -210,15 +210,12 @@ void SettleEffectReports(const Session& session, const std::vector<Track>& track
         const RackParameter& first = session.RackParameters[reports[i].FirstParameter];
         effectsOf[{first.OwnerId, first.SlotNumber}].push_back(i);
     }
-    // The rows of effect i that the writer takes for a slot of `owner` and
-    // trimmed `name` written as `slotIndex`: those with a name.
-    const auto rowsOf = [&](std::size_t i, std::int32_t owner, std::string_view name, std::int32_t slotIndex,
-                            std::vector<std::size_t>& rows) {
+    // The rows of effect i that a slot of the trimmed `name` takes: those
+    // of that effect name, with a parameter name.
+    const auto rowsOf = [&](std::size_t i, std::string_view name, std::vector<std::size_t>& rows) {
         for (std::size_t r = reports[i].FirstParameter; r < ends[i]; ++r) {
             const RackParameter& p = session.RackParameters[r];
-            if (p.OwnerId == owner && p.SlotNumber == slotIndex && Trimmed(p.EffectName) == name &&
-                !Trimmed(p.ParameterName).empty())
-                rows.push_back(r);
+            if (Trimmed(p.EffectName) == name && !Trimmed(p.ParameterName).empty()) rows.push_back(r);
         }
     };
 
@@ -247,7 +244,7 @@ void SettleEffectReports(const Session& session, const std::vector<Track>& track
                 if (!Trimmed(session.RackParameters[r].ParameterName).empty()) own.push_back(r);
         std::vector<std::size_t> written;
         if (const auto found = effectsOf.find({slot.OwnerId, turn->SlotIndex}); found != effectsOf.end())
-            for (const std::size_t other : found->second) rowsOf(other, slot.OwnerId, name, turn->SlotIndex, written);
+            for (const std::size_t other : found->second) rowsOf(other, name, written);
         const std::string slotIndex = std::to_string(turn->SlotIndex);
         if (written == own) {
             report.Warning = report.Taken == EffectRoute::Fallback
