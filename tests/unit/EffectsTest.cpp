@@ -7,6 +7,7 @@
 
 #include "BlockPayloads.h"
 #include "EffectPayloads.h"
+#include "SessionPayloads.h"
 #include "TestSupport.h"
 #include "reader/effects/Catalogues.h"
 
@@ -196,6 +197,111 @@ TEST(Effects, EffectsThatDoNotReachTheDocumentWholeAreWarnedAbout) {
         ASSERT_EQ(result.Status, ImportStatus::Converted) << result.Message;
         EXPECT_EQ(WarningTexts(result), row.Warnings);
         EXPECT_EQ(SlotLines(result.Document), row.Slots);
+    }
+}
+
+// The steps built in for the effects of the session's own writers, each on
+// a small input through a test catalogue, against values worked out by hand
+// at 44100 Hz: frequencies f become (f - 20) / 22030, 0 dB becomes 0.5.
+TEST(Effects, TheBuiltInStepsOfEachEffect) {
+    const auto session = [](std::string_view version, const std::string& tag, Bytes payload) {
+        SesBuilder b;
+        b.Chunk("hdr ", HeaderBytes(44100)).Version(std::string(version), 32);
+        if (tag != "TRKS") b.Chunk("trks", TrksPayload(104, false, {{.Name = "T", .TrackId = 1}}));
+        return b.Chunk(tag, std::move(payload)).Build();
+    };
+    const auto older = [&](const std::string& effect, const std::string& values) {
+        return session("Cool Edit Pro 2.1", "tkfx", TkfxPayload({{1, {{"Effects\\" + effect, values}}}}));
+    };
+    const auto named = [&](const std::vector<EffectListEntry>& entries) {
+        TrackEntry track = NamedEntry(1, u"T");
+        track.EffectList = EffectListBytes(entries);
+        return session("Audition 3.0", "TRKS", UpperTrksPayload(true, 1, {TrackEntryBytes(track)}));
+    };
+    std::string bands;  // band k of 30 at k / 100
+    for (int k = 1; k <= 30; ++k) bands += "0." + std::string(k < 10 ? "0" : "") + std::to_string(k) + ",";
+    // Values 1 to 26 of the older equaliser: ConstantQ, the shelves, five
+    // band frequencies, five bandwidths, five gains and the master gain.
+    const std::string equaliser = "0,1000,0,20,0,0,0,0,0,0,1000,2020,20,22050,11035,100,400,10,1000,50,0,0,0,0,0,0";
+    const double f1000 = 980.0 / 22030;
+    struct Case {
+        const char* What;
+        std::vector<std::uint8_t> Session;
+        std::size_t Rows;
+        std::string Slot;                                  // "name|component id"
+        std::vector<std::pair<std::size_t, double>> Values;  // row from 1, value
+    };
+    const Case table[] = {
+        {"equaliser, ConstantQ off: bandwidths become f / width / 10000",
+         older("Parametric Equalizer", equaliser + ","), 37, "Parametric Equalizer|id-parametric",
+         {{1, f1000}, {2, 0.5}, {3, 0}, {4, 0.5}, {5, f1000}, {6, 0.25}, {7, 0.5}, {9, 2000.0 / 22030}, {13, 0},
+          {17, 1}, {21, 0.5}, {23, 0.5}, {25, 96.0 / 144}, {26, 0}, {33, 0.001}, {34, 0.000505}, {35, 0.0002},
+          {36, 0.002205}, {37, 0.02207}}},
+        {"equaliser on a bus, ConstantQ on: Q rows take width / 10000",
+         session("Cool Edit Pro 2.1", "BUSS",
+                 WideBusPayload({{"Bus", 1, 1, {{"Effects\\Parametric Equalizer", "1" + equaliser.substr(1)}}}})),
+         37, "Parametric Equalizer|id-parametric",
+         {{1, f1000}, {5, f1000}, {6, 0.01}, {10, 0.04}, {14, 0.001}, {18, 0.1}, {22, 0.005}, {25, 96.0 / 144},
+          {26, 1}, {33, 100}, {34, 400}, {35, 10}, {36, 1000}, {37, 50}}},
+        {"dynamics, 3 pairs: value 8 is j = 18, value 9 j = 19",
+         older("Dynamics Processing", "3,100,0,0,0,0,600,250,1000,0.3,0,0,0,0,0,24,0,0,11035,"), 12,
+         "Dynamics Processing|id-dynamics",
+         {{1, 3.0 / 7}, {2, 0.1}, {3, 0.6}, {4, 0.25}, {5, 0.25}, {6, 0.25}, {7, 0.5}, {8, 0.5}, {9, 0.5},
+          {10, 0.3}, {11, 0.75}, {12, 0.5}}},
+        {"dynamics, 8 pairs", older("Dynamics Processing", "8,2000,0,0,0,0,700,0,0,0,0,0,0,0,0,5,5,100,200,"), 12,
+         "Dynamics Processing|id-dynamics",
+         {{1, 1}, {2, 2}, {3, 0.7}, {4, 0}, {5, 0}, {6, 0}, {7, 0.2}, {8, 0.2}, {9, 0.1}, {10, 0.25}, {11, 0.25},
+          {12, 0.25}}},
+        {"graphic equaliser of 10 bands: value 34 ends the walk",
+         older("Graphic Equalizer", bands + "0.6,0.7,10,60,0.9,"), 15,
+         "Graphic Equalizer (10 Bands)|3792d46f-5036-4be6-ab5a-177622246a5d",
+         {{1, 0.6}, {2, 0.7}, {3, 58.5 / 118.5}, {4, 0.5}, {5, 0.5}, {6, 0.01}, {15, 0.1}}},
+        {"graphic equaliser of 25 bands", older("Graphic Equalizer", bands + "0.6,0.7,25,1.5,"), 30,
+         "Graphic Equalizer (30 Bands)|c6ba8ed5-e0d5-4ed9-a209-08adec9b18a9", {{3, 0}, {4, 0.5}, {30, 0.25}}},
+        {"multiband compressor",
+         named({{.Name = u"Multiband Compressor",
+                 .Parameters = {{"Crossover Mid Cutoff", {}, 0.123456789}, {"Crossover High Cutoff", {}, 0.00000004},
+                                {"Limiter Attack", {}, 0.99999995}, {"Output Gain", {}, 0.123456789}}}}),
+         4, "Multiband Compressor|id-multiband", {{1, 0.1234568}, {2, 0}, {3, 1}, {4, 0.123456789}}},
+        {"graphic phase shifter",
+         named({{.Name = u"Graphic Phase Shifter",
+                 .Parameters = {{"Linear/Log", {}, 0.8}, {"Attenuate All", {}, 0.25},
+                                {"Lower DTMF Attenuation", {}, 0.5}, {"Upper DTMF Attenuation", {}, 0.9},
+                                {"FFT Size", {}, 0.123456789}, {"Number of X/Y Pairs", {}, 0.3}}}}),
+         6, "Graphic Phase Shifter|id-phase-shifter", {{1, 1}, {2, 0.75}, {3, 0}, {4, 0.9}, {5, 0.1234568}, {6, 6}}},
+        {"notch filter",
+         named({{.Name = u"Notch Filter",
+                 .Parameters = {{"Attenuation 1", {}, 0.25}, {"Attenuate All", {}, 0.1},
+                                {"Lower DTMF Attenuation", {}, 0.74}, {"Upper DTMF Attenuation", {}, 0.75}}}}),
+         4, "Notch Filter|id-notch", {{1, 0.75}, {2, 0.9}, {3, 0}, {4, 0.75}}},
+        {"automatic phase correction, at and above its thresholds",
+         named({{.Name = u"Automatic Phase Correction",
+                 .Parameters = {{"ms", {}, 0.5}, {"Analysis Size", {}, 0.0002}, {"Channel", {}, 0.18},
+                                {"Responsiveness (Slow to Fast)", {}, 0.04}}},
+                {.Name = u"Automatic Phase Correction",
+                 .Parameters = {{"ms", {}, 0.51}, {"Analysis Size", {}, 0.00021}, {"Channel", {}, 0.61},
+                                {"Responsiveness (Slow to Fast)", {}, 0.2}}}}),
+         8, "Automatic Phase Correction|id-phase-correction",
+         {{1, 3}, {2, 128}, {3, 1}, {4, 0.5}, {5, 0.51}, {6, 256}, {7, 3}, {8, 1}}},
+        {"adaptive noise reduction",
+         named({{.Name = u"Adaptive Noise Reduction",
+                 .Parameters = {{"FFT Size", {}, 0.000031}, {"High Quality Mode", {}, 0.6}}},
+                {.Name = u"Adaptive Noise Reduction",
+                 .Parameters = {{"FFT Size", {}, 0.3}, {"High Quality Mode", {}, 0.4}}}}),
+         4, "Adaptive Noise Reduction|id-noise-reduction", {{1, 128}, {2, 1}, {3, 8192}, {4, 0.4}}},
+        {"flanger: the last row takes 2 / (rate x 60000)",
+         named({{.Name = u"Flanger", .Parameters = {{"Modulation Rate", {}, 0.5}, {"Mix", {}, 0.4}}}}), 3,
+         "Flanger|id-flanger", {{1, 0.5}, {2, 0.4}, {3, 1.0 / 15000}}},
+    };
+    for (const Case& row : table) {
+        SCOPED_TRACE(row.What);
+        const Session s = ReadOk(row.Session, WithTestCatalogues());
+        ASSERT_EQ(s.RackParameters.size(), row.Rows);
+        ASSERT_FALSE(s.RackSlots.empty());
+        EXPECT_EQ(s.RackSlots.back().EffectName + "|" + s.RackSlots.back().ComponentId, row.Slot);
+        const std::string name = row.Slot.substr(0, row.Slot.find('|'));
+        for (const RackParameter& p : s.RackParameters) EXPECT_EQ(p.EffectName, name);
+        for (const auto& [r, value] : row.Values) EXPECT_DOUBLE_EQ(s.RackParameters[r - 1].Value, value) << "row " << r;
     }
 }
 
