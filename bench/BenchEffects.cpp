@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 
 #include "EffectPayloads.h"
 #include "SessionPayloads.h"
@@ -50,11 +51,22 @@ morvanta::ConvertOptions Options(bool shared) {
     return options;
 }
 
+// A conversion that must succeed: a ratio of failures would mean nothing.
+morvanta::ImportResult Converted(const std::vector<std::uint8_t>& bytes, const morvanta::ConvertOptions& options) {
+    morvanta::ImportResult result = morvanta::ConvertSesBytes(bytes, options, "bench.ses", "bench.sesx");
+    if (result.Status != morvanta::ImportStatus::Converted) {
+        std::fprintf(stderr, "morvanta_bench: the effects session did not convert: %s\n",
+                     morvanta::DescribeFailure("bench.ses", result).c_str());
+        std::abort();
+    }
+    return result;
+}
+
 double SecondsPerConversion(const std::vector<std::uint8_t>& bytes, const morvanta::ConvertOptions& options) {
     const auto start = std::chrono::steady_clock::now();
     int runs = 0;
     do {
-        auto result = morvanta::ConvertSesBytes(bytes, options, "bench.ses", "bench.sesx");
+        auto result = Converted(bytes, options);
         benchmark::DoNotOptimize(result.Document);
         ++runs;
     } while (std::chrono::steady_clock::now() - start < std::chrono::milliseconds(700));
@@ -65,7 +77,7 @@ void ConvertTracksWithEffects(benchmark::State& state) {
     const auto bytes = TracksSession(state.range(0) != 0);
     const auto options = Options(true);
     for (auto _ : state) {
-        auto result = morvanta::ConvertSesBytes(bytes, options, "bench.ses", "bench.sesx");
+        auto result = Converted(bytes, options);
         benchmark::DoNotOptimize(result.Document);
     }
 }

@@ -29,12 +29,29 @@ struct ChunkHeader {
 
 class CatalogueStore;
 
+// How the reader took an effect into the rack tables.
+enum class EffectRoute { LeftOut, Catalogue, Fallback };
+
 // The route one effect of the session took: its catalogue, a fallback line,
-// or none (the effect is left out).
+// or none (the effect is left out). A slot that no rack of the document
+// writes leaves its effect out all the same; the route says so once it is
+// settled against the tracks (reader/effects/EffectRacks.h).
 struct EffectReport {
     std::string Owner;   // "track 3 \"Vocals\"", "bus 20001 \"Reverb bus\""
     std::string Effect;  // the name the session gives it
-    std::string Route;   // "catalogue Reverb30.Kelfx", "fallback line 4 of EverythingElse30.Kelfx", "left out"
+    // "catalogue Reverb30.Kelfx", "fallback line 4 of EverythingElse30.Kelfx",
+    // "left out", or "left out (catalogue Amplify15.Kelfx): <why no rack writes it>"
+    std::string Route{};
+    // What the conversion warns about it; empty when it reaches the
+    // document whole, by its catalogue.
+    std::string Warning{};
+
+    // Where the reader put it.
+    EffectRoute Taken = EffectRoute::LeftOut;
+    std::string Source;              // "Reverb30.Kelfx", "line 4 of EverythingElse30.Kelfx"
+    std::int64_t Position = -1;      // where the effect stands in the file
+    std::size_t SlotRow = 0;         // its RackSlots row, unless it is left out
+    std::size_t FirstParameter = 0;  // its first RackParameters row, by its catalogue
 };
 
 // What a chunk reader works with. Readers take positions from the chunk and
@@ -79,6 +96,8 @@ struct ImportResult {
 
 // Walks the chunks of a file held in memory and fills `session` (reset first).
 // No assembly, no writer. Faults are reported in the result, never thrown.
+// The effects' routes are settled against the tracks the assembly will
+// make; their warnings come with the conversion (run/ConvertFile.h).
 // With VersionOnly the walk is the probe: it ends at the version chunk, and
 // the result is Probed (with or without a version), NotSession or Failed.
 ImportResult ReadSesBytes(std::span<const std::uint8_t> bytes, Session& session,

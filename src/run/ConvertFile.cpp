@@ -9,6 +9,7 @@
 
 #include "reader/Assembly.h"
 #include "reader/ReadError.h"
+#include "reader/effects/EffectRacks.h"
 #include "services/MarkupCheck.h"
 #include "services/Platform.h"
 #include "services/Recoding.h"
@@ -74,6 +75,8 @@ ImportResult ConvertInMemory(std::span<const std::uint8_t> bytes, const ConvertO
     try {
         session.SourcePath = SourcePath;
         AssembleSession(session, options, result.Warnings);
+        SettleEffectReports(session, session.Tracks, result.Effects);
+        AppendEffectWarnings(result.Effects, result.Warnings);
         result.Document = ExportSesxFile(session, options, OutputPath, result.Warnings, &name);
     } catch (const ReadError& error) {
         result.Status = ImportStatus::Failed;

@@ -125,21 +125,33 @@ std::int32_t RoundHalfEven(double value) {
 }
 
 double ParseNumberPrefix(const std::string& text) {
+    const auto digitAt = [&](std::size_t at) { return at < text.size() && text[at] >= '0' && text[at] <= '9'; };
     std::size_t i = 0;
     while (i < text.size() && (text[i] == ' ' || text[i] == '\t')) ++i;
-    std::size_t start = i;
     bool negative = false;
-    if (i < text.size() && (text[i] == '-' || text[i] == '+')) {
-        negative = text[i] == '-';
-        start = ++i;
+    if (i < text.size() && (text[i] == '-' || text[i] == '+')) negative = text[i++] == '-';
+    // Only what a number of the format can hold is taken: digits, a point,
+    // digits, and an exponent when digits follow its "E". Words such as
+    // "inf" or "nan" are no number.
+    const std::size_t start = i;
+    std::size_t digits = 0;
+    for (; digitAt(i); ++i) ++digits;
+    if (i < text.size() && text[i] == '.')
+        for (++i; digitAt(i); ++i) ++digits;
+    if (digits == 0) return 0;
+    if (i < text.size() && (text[i] == 'e' || text[i] == 'E')) {
+        std::size_t e = i + 1;
+        if (e < text.size() && (text[e] == '-' || text[e] == '+')) ++e;
+        if (digitAt(e)) {
+            i = e;
+            while (digitAt(i)) ++i;
+        }
     }
-    // from_chars does not take a leading "+" and needs digits in front of an
-    // exponent, which is what a prefix parse of "1.5E-07" or ".5" expects.
+    // from_chars reads exactly that text; a value beyond the range of a
+    // double reads as 0.
     double value = 0;
-    auto [ptr, ec] = std::from_chars(text.data() + start, text.data() + text.size(), value);
-    if (ec == std::errc::invalid_argument) return 0;
-    if (ec == std::errc::result_out_of_range) return 0;
-    (void)ptr;
+    const auto [end, ec] = std::from_chars(text.data() + start, text.data() + i, value);
+    if (ec != std::errc() || end != text.data() + i) return 0;
     return negative ? -value : value;
 }
 

@@ -32,8 +32,11 @@ double RoundTo12Places(double value);
 // neighbour. Values outside the 32-bit range are clamped to it.
 std::int32_t RoundHalfEven(double value);
 
-// A prefix parse of a number text, as the format's texts are read: it stops
-// at the first character that cannot belong to a number; no number gives 0.
+// A prefix parse of a number text, as the format's texts are read: blanks,
+// then an optional sign, digits with an optional point, and an exponent
+// ("E", an optional sign, digits); it stops at the first character that
+// cannot belong to that. Text without digits there ("inf", "nan", "-.")
+// gives 0.
 double ParseNumberPrefix(const std::string& text);
 
 }  // namespace morvanta

@@ -17,6 +17,7 @@
 #include <string_view>
 #include <vector>
 
+#include "model/RackTurns.h"
 #include "services/NumberText.h"
 #include "services/TextHelpers.h"
 #include "writer/DocumentWriter.h"
@@ -203,28 +204,14 @@ void WriteSlot(DocumentWriter& w, const RackLookups& lookups, const Track& track
 
 void WriteEffectsRack(DocumentWriter& w, const Track& track) {
     const RackLookups& lookups = RackLookupsOf(w);
-    const std::vector<std::size_t>& own = lookups.slots.Positions(track.TrackId);
-    const std::vector<std::size_t>& ofBus = lookups.slots.Positions(track.BusId);
-    // Only a bus track's rack exists by the rows of its bus number; any
-    // track's rows of its BusId still join the slots once the rack exists.
-    if (own.empty() && (track.BusId <= kBusIdLimit || ofBus.empty())) return;
+    const std::vector<RackTurn> turns = RackTurns(track, lookups.slots.Positions(track.TrackId),
+                                                  lookups.slots.Positions(track.BusId), w.session.RackSlots);
+    if (turns.empty()) return;
 
     w.Line(std::string(R"(<effectsRack preFader=")") + (track.RackPostFader == 1 ? "false" : "true") + R"(">)");
     WriteRackMix(w, lookups, track);
-
-    // The rows of both owners in row order. A row of the TrackId belongs
-    // whatever its SlotNumber; a row of the BusId only while its SlotNumber
-    // equals the slot counter, so a bus's rows stop at the first gap.
-    std::int32_t s = 0;
-    std::size_t a = 0;
-    std::size_t b = track.BusId == track.TrackId ? ofBus.size() : 0;
-    while (a < own.size() || b < ofBus.size()) {
-        const bool takeOwn = b == ofBus.size() || (a < own.size() && own[a] < ofBus[b]);
-        const std::size_t position = takeOwn ? own[a++] : ofBus[b++];
-        if (!takeOwn && w.session.RackSlots[position].SlotNumber != s) continue;
-        WriteSlot(w, lookups, track, position, s);
-        ++s;
-    }
+    for (const RackTurn& turn : turns)
+        if (turn.Written) WriteSlot(w, lookups, track, turn.Row, turn.SlotIndex);
     w.Line("</effectsRack>");
 }
 

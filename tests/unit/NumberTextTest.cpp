@@ -80,12 +80,19 @@ TEST(NumberText, RoundTo12PlacesAndPrefixParse) {
     EXPECT_EQ(RoundTo12Places(0.3), 0.3);
     EXPECT_EQ(RoundTo12Places(0.1234567890125), 0.123456789013);
     EXPECT_EQ(RoundTo12Places(1.0), 1.0);
-    EXPECT_EQ(ParseNumberPrefix("98.50"), 98.5);
-    EXPECT_EQ(ParseNumberPrefix("1 3 3 2"), 1);
-    EXPECT_EQ(ParseNumberPrefix(".5x"), 0.5);
-    EXPECT_EQ(ParseNumberPrefix("-.25"), -0.25);
-    EXPECT_EQ(ParseNumberPrefix("abc"), 0);
-    EXPECT_EQ(ParseNumberPrefix(""), 0);
+    // Sign, digits, point and exponent; anything else ends the number, and
+    // a text without digits is 0, words of other number readers included.
+    const struct {
+        const char* Text;
+        double Value;
+    } prefixes[] = {
+        {"98.50", 98.5}, {"1 3 3 2", 1},   {".5x", 0.5},     {"-.25", -0.25},  {" \t+7", 7},
+        {"12ms", 12},    {"5.", 5},        {"1.5E-07", 1.5E-07}, {"2e3x", 2000}, {"2E+2", 200},
+        {"3e", 3},       {"3e-", 3},       {"3E+x", 3},      {"1e999", 0},     {"abc", 0},
+        {"", 0},         {"-", 0},         {".", 0},         {"-.e5", 0},      {"inf", 0},
+        {"-infinity", 0}, {"nan", 0},      {"NaN(1)", 0},    {"0x1A", 0},      {"e5", 0},
+    };
+    for (const auto& row : prefixes) EXPECT_EQ(ParseNumberPrefix(row.Text), row.Value) << row.Text;
 }
 
 TEST(TextHelpers, EscapeTextOnlyTouchesAmpersands) {

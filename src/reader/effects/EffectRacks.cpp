@@ -1,7 +1,13 @@
 // The routes of an effect into the rack tables, shared by every reader of effects.
 #include "reader/effects/EffectRacks.h"
 
+#include <map>
+#include <optional>
+#include <utility>
+
+#include "model/RackTurns.h"
 #include "model/Session.h"
+#include "reader/Assembly.h"
 #include "reader/ReadError.h"
 #include "services/Conversions.h"
 #include "services/TextHelpers.h"
@@ -11,8 +17,27 @@ namespace {
 
 constexpr std::size_t kPresetWidth = 4096;
 
-void Report(ReadContext& ctx, const EffectSource& source, std::string route) {
-    ctx.effects.push_back({source.Owner, source.Name, std::move(route)});
+// The route as the reader took it, before any rack is looked at.
+std::string RouteAsRead(const EffectReport& report) {
+    switch (report.Taken) {
+        case EffectRoute::Catalogue: return "catalogue " + report.Source;
+        case EffectRoute::Fallback: return "fallback " + report.Source;
+        case EffectRoute::LeftOut: break;
+    }
+    return "left out";
+}
+
+void Report(ReadContext& ctx, const EffectSource& source, EffectRoute taken, std::string from = {},
+            std::size_t firstParameter = 0) {
+    EffectReport report{.Owner = source.Owner,
+                        .Effect = source.Name,
+                        .Taken = taken,
+                        .Source = std::move(from),
+                        .Position = source.Position,
+                        .SlotRow = ctx.session.RackSlots.size() - (taken == EffectRoute::LeftOut ? 0 : 1),
+                        .FirstParameter = firstParameter};
+    report.Route = RouteAsRead(report);
+    ctx.effects.push_back(std::move(report));
 }
 
 }  // namespace
@@ -76,7 +101,7 @@ EffectRows AppendCatalogueEffect(ReadContext& ctx, const EffectSource& source, c
     }
     rows.End = s.RackParameters.size();
     s.RackSlots.push_back(std::move(slot));
-    Report(ctx, source, "catalogue " + std::string(fileName));
+    Report(ctx, source, EffectRoute::Catalogue, std::string(fileName), rows.First);
     return rows;
 }
 
@@ -90,11 +115,7 @@ void AppendFallbackEffect(ReadContext& ctx, const EffectSource& source, std::str
         }
     }
     if (!entry) {
-        Report(ctx, source, "left out");
-        ctx.warnings.push_back({"effect \"" + source.Name + "\" on " + source.Owner +
-                                    " is left out: no catalogue and no line in " + std::string(kFallbackFileName) +
-                                    " name it",
-                                source.Position, ""});
+        Report(ctx, source, EffectRoute::LeftOut);
         return;
     }
     slot.ComponentId = entry->ComponentId;
@@ -103,15 +124,148 @@ void AppendFallbackEffect(ReadContext& ctx, const EffectSource& source, std::str
     slot.EditorTop = entry->Editor.Top;
     slot.EditorWidth = entry->Editor.Width;
     ctx.session.RackSlots.push_back(std::move(slot));
-    const std::string line = "line " + std::to_string(entry->LineNumber) + " of " + std::string(kFallbackFileName);
-    Report(ctx, source, "fallback " + line);
-    ctx.warnings.push_back({"effect \"" + source.Name + "\" on " + source.Owner +
-                                " is written without its parameters, by " + line,
-                            source.Position, ""});
+    Report(ctx, source, EffectRoute::Fallback,
+           "line " + std::to_string(entry->LineNumber) + " of " + std::string(kFallbackFileName));
 }
 
 void FailEffect(const EffectSource& source, std::int64_t position, const std::exception& error) {
     throw ReadError(position, "effect \"" + source.Name + "\" on " + source.Owner + ": " + error.what());
+}
+
+std::vector<Track> PlannedTracks(const Session& session) {
+    Session planned;
+    planned.SesVersion = session.SesVersion;
+    planned.SesTracks = session.SesTracks;
+    planned.SesBuses = session.SesBuses;
+    AssembleTracks(planned);
+    return std::move(planned.Tracks);
+}
+
+namespace {
+
+// A text without its blanks at both ends, as the writer compares names.
+std::string_view Trimmed(std::string_view text) {
+    const auto first = text.find_first_not_of(' ');
+    if (first == std::string_view::npos) return {};
+    return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+// The turn that decides each slot row: its first written one, else its
+// first one; none when no rack of the document looks at the row. The
+// writer writes every track but the video track, and the first master
+// track only.
+std::vector<std::optional<RackTurn>> DecidingTurns(const Session& s, const std::vector<Track>& tracks) {
+    std::map<std::int32_t, std::vector<std::size_t>> rowsOf;
+    for (std::size_t r = 0; r < s.RackSlots.size(); ++r) rowsOf[s.RackSlots[r].OwnerId].push_back(r);
+    const std::vector<std::size_t> none;
+    auto rowsOfOwner = [&](std::int32_t id) -> const std::vector<std::size_t>& {
+        const auto it = rowsOf.find(id);
+        return it == rowsOf.end() ? none : it->second;
+    };
+    std::vector<std::optional<RackTurn>> deciding(s.RackSlots.size());
+    bool masterSeen = false;
+    for (const Track& track : tracks) {
+        if (track.TrackId == kVideoTrackId) continue;
+        if (track.TrackId == kMasterTrackId) {
+            if (masterSeen) continue;
+            masterSeen = true;
+        }
+        for (const RackTurn& turn :
+             RackTurns(track, rowsOfOwner(track.TrackId), rowsOfOwner(track.BusId), s.RackSlots)) {
+            std::optional<RackTurn>& d = deciding[turn.Row];
+            if (!d || (turn.Written && !d->Written)) d = turn;
+        }
+    }
+    return deciding;
+}
+
+// Why a slot row is written by no rack.
+std::string NotWrittenReason(const RackSlot& slot, const std::optional<RackTurn>& turn) {
+    if (!turn && slot.OwnerId == kVideoTrackId) return "the video track has no effects rack";
+    if (!turn) return "no track of the document has the id " + std::to_string(slot.OwnerId) + " that its slot carries";
+    const std::string effect = "effect " + std::to_string(slot.SlotNumber + 1) + " of the bus's rack";
+    if (slot.SlotNumber > turn->SlotIndex) {
+        return "a bus's slots stop at a gap, and this is " + effect + ", behind the gap at effect " +
+               std::to_string(turn->SlotIndex + 1);
+    }
+    return "it is " + effect + ", a place the bus's slots have passed already";
+}
+
+}  // namespace
+
+void SettleEffectReports(const Session& session, const std::vector<Track>& tracks, std::vector<EffectReport>& reports) {
+    const std::vector<std::optional<RackTurn>> deciding = DecidingTurns(session, tracks);
+    // The parameter rows of each effect: from its first row up to the first
+    // row of the next effect read by its catalogue. All rows of an effect
+    // carry its owner and one slot number, so the effects are indexed by
+    // those two.
+    std::vector<std::size_t> ends(reports.size());
+    for (std::size_t i = reports.size(), end = session.RackParameters.size(); i-- > 0;) {
+        ends[i] = end;
+        if (reports[i].Taken == EffectRoute::Catalogue) end = reports[i].FirstParameter;
+    }
+    std::map<std::pair<std::int32_t, std::int32_t>, std::vector<std::size_t>> effectsOf;
+    for (std::size_t i = 0; i < reports.size(); ++i) {
+        if (reports[i].Taken != EffectRoute::Catalogue || reports[i].FirstParameter == ends[i]) continue;
+        const RackParameter& first = session.RackParameters[reports[i].FirstParameter];
+        effectsOf[{first.OwnerId, first.SlotNumber}].push_back(i);
+    }
+    // The rows of effect i that a slot of the trimmed `name` takes: those
+    // of that effect name, with a parameter name.
+    const auto rowsOf = [&](std::size_t i, std::string_view name, std::vector<std::size_t>& rows) {
+        for (std::size_t r = reports[i].FirstParameter; r < ends[i]; ++r) {
+            const RackParameter& p = session.RackParameters[r];
+            if (Trimmed(p.EffectName) == name && !Trimmed(p.ParameterName).empty()) rows.push_back(r);
+        }
+    };
+
+    for (std::size_t i = 0; i < reports.size(); ++i) {
+        EffectReport& report = reports[i];
+        const std::string effect = "effect \"" + report.Effect + "\" on " + report.Owner;
+        report.Route = RouteAsRead(report);
+        if (report.Taken == EffectRoute::LeftOut) {
+            report.Warning = effect + " is left out: no catalogue and no line in " + std::string(kFallbackFileName) +
+                             " name it";
+            continue;
+        }
+        const RackSlot& slot = session.RackSlots[report.SlotRow];
+        const std::optional<RackTurn>& turn = deciding[report.SlotRow];
+        if (!turn || !turn->Written) {
+            const std::string reason = NotWrittenReason(slot, turn);
+            report.Route = "left out (" + report.Route + "): " + reason;
+            report.Warning = effect + " is left out: " + reason;
+            continue;
+        }
+        // What the slot is written with, against what the effect brought.
+        const std::string_view name = Trimmed(slot.EffectName);
+        std::vector<std::size_t> own;
+        if (report.Taken == EffectRoute::Catalogue)
+            for (std::size_t r = report.FirstParameter; r < ends[i]; ++r)
+                if (!Trimmed(session.RackParameters[r].ParameterName).empty()) own.push_back(r);
+        std::vector<std::size_t> written;
+        if (const auto found = effectsOf.find({slot.OwnerId, turn->SlotIndex}); found != effectsOf.end())
+            for (const std::size_t other : found->second) rowsOf(other, name, written);
+        const std::string slotIndex = std::to_string(turn->SlotIndex);
+        if (written == own) {
+            report.Warning = report.Taken == EffectRoute::Fallback
+                                 ? effect + " is written without its parameters, by " + report.Source
+                                 : std::string();
+        } else if (written.empty()) {
+            report.Warning = effect + " is written without its parameters: they keep its place in the file's rack, "
+                                      "slot number " +
+                             std::to_string(session.RackParameters[own.front()].SlotNumber) +
+                             ", and its slot is written as slotIndex " + slotIndex;
+        } else {
+            report.Warning = effect + " is written with the parameters of another effect of its name: its slot is "
+                                      "slotIndex " +
+                             slotIndex + ", the slot number those parameters keep from the file";
+        }
+    }
+}
+
+void AppendEffectWarnings(const std::vector<EffectReport>& reports, std::vector<Diagnostic>& warnings) {
+    for (const EffectReport& report : reports)
+        if (!report.Warning.empty()) warnings.push_back({report.Warning, report.Position, ""});
 }
 
 }  // namespace morvanta

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "reader/ImportSes.h"
 #include "reader/effects/Catalogues.h"
@@ -42,10 +43,27 @@ EffectRows AppendCatalogueEffect(ReadContext& ctx, const EffectSource& source, c
                                  std::string_view fileName, RackSlot slot, std::int32_t parameterSlotNumber);
 
 // The fallback route when the fallback file has a line for `key`, else the
-// effect is left out; either way the route is reported and warned about.
+// effect is left out; either way the route is reported.
 void AppendFallbackEffect(ReadContext& ctx, const EffectSource& source, std::string_view key, RackSlot slot);
 
 // A fault of an expression, a step or a catalogue as the file's failure at `position`.
 [[noreturn]] void FailEffect(const EffectSource& source, std::int64_t position, const std::exception& error);
+
+// The tracks as the assembly will make them of the track and bus records,
+// for settling the reports before the assembly has run.
+std::vector<Track> PlannedTracks(const Session& session);
+
+// Settles the route and the warning of each reported effect against the
+// racks that `tracks` will write. A slot that no rack writes (a bus's slot
+// behind a gap, a slot whose id no track has) leaves its effect out after
+// all; a slot written with parameter rows other than its own (a track's
+// effect behind one left out keeps its place number in the file, which no
+// longer matches its slot) is written without them. Every effect that does
+// not reach the document whole by its catalogue gets a warning.
+void SettleEffectReports(const Session& session, const std::vector<Track>& tracks,
+                         std::vector<EffectReport>& reports);
+
+// The warnings of settled reports, in their order.
+void AppendEffectWarnings(const std::vector<EffectReport>& reports, std::vector<Diagnostic>& warnings);
 
 }  // namespace morvanta
