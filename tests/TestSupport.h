@@ -20,6 +20,8 @@ namespace morvanta::testing {
 
 inline const std::filesystem::path kSourceDir = MORVANTA_SOURCE_DIR;
 
+using Strings = std::vector<std::string>;
+
 // Converts a built session as if it were "C:\Sessions\<name>.ses" written to
 // "<name>.sesx", so documents do not depend on where the tests run.
 inline ImportResult Convert(const std::vector<std::uint8_t>& bytes, const ConvertOptions& options = {},

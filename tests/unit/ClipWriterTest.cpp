@@ -39,8 +39,6 @@ Written AudioClipsOf(Session& s, std::vector<std::int32_t> trackIds) {
     return result;
 }
 
-using Strings = std::vector<std::string>;
-
 TEST(ClipWriter, AnAudioClipTakesItsOwnPointsAndItsStretch) {
     Session s;
     s.SessionFiles = {FileOf(2000009, "C:\\a.wav"), FileOf(2000001, "C:\\b.wav", 88200)};

@@ -10,8 +10,6 @@
 namespace morvanta::testing {
 namespace {
 
-using Strings = std::vector<std::string>;
-
 Track MakeTrack(std::int32_t id, std::int32_t ordinal, const std::string& name) {
     Track t;
     t.TrackId = id;
