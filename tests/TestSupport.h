@@ -13,6 +13,8 @@
 #include <string>
 #include <vector>
 
+#include "SesBuilder.h"
+#include "SessionPayloads.h"
 #include "services/SessionDump.h"
 #include "run/ConvertFile.h"
 
@@ -38,6 +40,37 @@ inline void ExpectFailure(const std::vector<std::uint8_t>& bytes, const std::str
     EXPECT_EQ(result.ErrorOffset, offset) << message;
     EXPECT_EQ(result.Message, message);
     EXPECT_TRUE(result.Document.empty()) << message;
+}
+
+// A file that must fail: in chunk `Tag`, at `Offset`, with exactly `Message`.
+struct Failing {
+    std::vector<std::uint8_t> File;
+    std::string Tag;
+    std::int64_t Offset;
+    std::string Message;
+    ConvertOptions Options{};
+};
+
+inline void ExpectFailures(const std::vector<Failing>& table) {
+    for (const Failing& c : table) ExpectFailure(c.File, c.Tag, c.Offset, c.Message, c.Options);
+}
+
+// The document of a built session that must convert.
+inline std::string DocumentOf(const std::vector<std::uint8_t>& bytes, const ConvertOptions& options = {}) {
+    const ImportResult result = Convert(bytes, options);
+    EXPECT_EQ(result.Status, ImportStatus::Converted) << result.Message;
+    return result.Document;
+}
+
+// A session of `version` behind a header chunk, the version text padded to
+// 32 bytes: the header's payload offsets 300 and 352 are file offsets 320
+// and 372, and the first chunk behind the two has its payload at
+// kFirstPayload (12 + 408 + 40 + 8).
+inline constexpr std::int64_t kFirstPayload = 468;
+inline SesBuilder SessionOf(const std::string& version, const Bytes& header = HeaderBytes(44100)) {
+    SesBuilder builder;
+    builder.Chunk("hdr ", header).Version(version, 32);
+    return builder;
 }
 
 inline std::string ReadFile(const std::filesystem::path& path) {
