@@ -155,6 +155,18 @@ inline std::vector<std::string> LinesStartingWith(const std::string& text, const
     return found;
 }
 
+// From the line that starts with `first` through the line that starts with
+// `last`, line feeds included, so that tests compare a whole section of a
+// document letter by letter; empty when either is missing.
+inline std::string Section(const std::string& document, const std::string& first, const std::string& last) {
+    const auto begin = document.find("\n" + first);
+    if (begin == std::string::npos) return {};
+    const auto lastLine = document.find("\n" + last, begin + 1);
+    if (lastLine == std::string::npos) return {};
+    const auto end = document.find('\n', lastLine + 1);
+    return document.substr(begin + 1, end == std::string::npos ? std::string::npos : end - begin);
+}
+
 // One session of a table in a golden of several: a title line, then the
 // lines of its dump that a fresh session's dump does not have. Each line
 // names its field or record, so a value back at its default shows as a line

@@ -10,18 +10,10 @@ namespace morvanta::testing {
 namespace {
 
 Track TrackOf(std::int32_t id, std::int32_t ordinal) {
-    Track t;
-    t.TrackId = id;
-    t.TrackOrdinal = ordinal;
-    return t;
+    return {.TrackId = id, .TrackOrdinal = ordinal, .TrackName = {}};
 }
 
-SessionFile FileOf(std::int32_t id, std::int32_t kind) {
-    SessionFile f;
-    f.FileId = id;
-    f.Kind = kind;
-    return f;
-}
+SessionFile FileOf(std::int32_t id, std::int32_t kind) { return {.FileId = id, .Kind = kind, .Path = {}}; }
 
 void Build(Session& s) {
     std::vector<Diagnostic> warnings;

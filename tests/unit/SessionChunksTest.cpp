@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "DocumentSection.h"
 #include "SesBuilder.h"
 #include "SessionPayloads.h"
 #include "TestSupport.h"
@@ -19,24 +18,6 @@ std::string LineStarting(const std::string& document, const std::string& start) 
     for (const std::string& line : Lines(document))
         if (line.starts_with(start)) return line;
     return "(no line starting with " + start + ")";
-}
-
-TEST(SessionState, HeaderSelectionAndTempoFillTheBlock) {
-    SesBuilder b = SessionOf("Audition 3.0", HeaderBytes(48000, 0.5, 3600, 3));
-    b.Chunk("stat", StatBytes(1000, 45100)).Chunk("tmpo", TempoBytes(98.5, 3, 8, 2));
-    const std::string doc = DocumentOf(b.Build());
-    EXPECT_EQ(Section(doc, "<sessionState", "</sessionState>"),
-              "<sessionState ctiPosition=\"0\" smpteStart=\"3600\">\n"
-              "<selectionState selectionDuration=\"44100\" selectionStart=\"1000\"/>\n"
-              "<timeFormatState beatsPerBar=\"3\" beatsPerMinute=\"98.50\" linkToDefaultTimeSettings=\"false\" "
-              "noteLength=\"2\" subdivisions=\"8\" timeCodeDropFrame=\"true\" timeCodeFrameRate=\"30\" "
-              "timeCodeNTSC=\"true\" timeFormat=\"timeFormatDecimal\"/>\n"
-              "</sessionState>\n");
-    EXPECT_EQ(LineStarting(doc, "<session "),
-              R"(<session audioChannelType="stereo" bitDepth="32" duration="0" sampleRate="48000">)");
-    // The master track without a record of its own takes the header's volume.
-    EXPECT_EQ(LineStarting(doc, R"(<parameter index="0" name="volume")"),
-              R"(<parameter index="0" name="volume" parameterValue=".5"/>)");
 }
 
 // The time format at 320 needs a declared length above 324, the envelope
@@ -135,9 +116,12 @@ TEST(SessionState, StretchRecordsAreNotReadBeforeAudition15) {
             << version;
 }
 
-// The time format and the metronome: an unknown time format writes the
-// first row; Cool Edit Pro 2.00 and Audition 1.0 do not read the metronome.
-TEST(SessionState, TimeFormatAndMetronomeLines) {
+// The session's rate, its state block, the metronome and the master's
+// volume: the header, the selection and the tempo fill the block (the
+// master track without a record of its own takes the header's volume); an
+// unknown time format writes the first row; Cool Edit Pro 2.00 and Audition
+// 1.0 do not read the metronome.
+TEST(SessionState, StateBlockAndMetronome) {
     const auto format = [](std::int16_t code) {
         return SessionOf("Audition 2.0", HeaderBytes(44100, 1, 0, code)).Build();
     };
@@ -145,6 +129,11 @@ TEST(SessionState, TimeFormatAndMetronomeLines) {
         return SessionOf(version).Chunk("mtro", payload).Build();
     };
     const std::vector<std::pair<std::string, std::vector<std::uint8_t>>> table{
+        {"48 kHz, volume 0.5, SMPTE 3600, time format 3, selection, tempo",
+         SessionOf("Audition 3.0", HeaderBytes(48000, 0.5, 3600, 3))
+             .Chunk("stat", StatBytes(1000, 45100))
+             .Chunk("tmpo", TempoBytes(98.5, 3, 8, 2))
+             .Build()},
         {"time format 4", format(4)},
         {"time format 5", format(5)},
         {"time format 6", format(6)},
@@ -161,10 +150,11 @@ TEST(SessionState, TimeFormatAndMetronomeLines) {
     std::string lines;
     for (const auto& [title, bytes] : table) {
         const std::string document = DocumentOf(bytes);
-        lines += "## " + title + "\n" + LineStarting(document, "<timeFormatState ") + "\n" +
-                 LineStarting(document, "<metronome ") + "\n";
+        lines += "## " + title + "\n" + LineStarting(document, "<session ") + "\n" +
+                 Section(document, "<sessionState", "</sessionState>") + LineStarting(document, "<metronome ") + "\n" +
+                 LineStarting(document, R"(<parameter index="0" name="volume")") + "\n";
     }
-    ExpectGolden("time-format-and-metronome.txt", lines);
+    ExpectGolden("session-state-and-metronome.txt", lines);
 }
 
 TEST(SessionState, MetronomeBeatsAreTheNumbersBetweenSingleBlanks) {

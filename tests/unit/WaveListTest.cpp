@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
-#include "DocumentSection.h"
 #include "SesBuilder.h"
 #include "SessionPayloads.h"
 #include "TestSupport.h"
@@ -105,6 +105,12 @@ TEST(WaveList, AnEmptyListStepsSixteenOrTwentyEightBytes) {
                                  .Chunk("stat", StatBytes(100, 400));
         EXPECT_EQ(ReadOk(b.Build()).SelectionEnd, 400) << version;
     }
+    // An empty wide list steps 28 bytes.
+    ConvertOptions language;
+    language.NonEnglish = true;
+    const SesBuilder wide =
+        SessionOf("Audition 1.5").ChunkWithLength("WLST", 0, Bytes().Zeros(28)).Chunk("stat", StatBytes(1, 2));
+    EXPECT_EQ(ReadOk(wide.Build(), language).SelectionEnd, 2);
 }
 
 // Small ids get 2000000 in some versions (video and audio differ in Cool
@@ -122,67 +128,48 @@ TEST(WaveList, IdsAndLengthsByVersion) {
     ExpectGolden("wave-list-ids.model.txt", dumps);
 }
 
-TEST(WaveList, PathsAreCutAt255CharactersAtEveryStore) {
+// The <files> section. Paths are cut at 255 characters at every store: the
+// added extension loses its end before the prefix goes, 253 + ".w", and
+// 254 + "." less the prefix. Without path names only the file name is
+// written. With the language option the old versions read both lists (the
+// later ones read "WLST" instead of "LIST":
+// WholeSessions.WithALanguageTheNamesComeFromTheWideList), and a kind other
+// than "wav " is no kind at all. Wide names become bytes of the chosen
+// charset: without one a character below 256 stands for itself, with one the
+// character comes back whole once the document is recoded.
+TEST(WaveList, FileSections) {
     const std::string folder = "C:\\" + std::string(236, 'f') + "\\";  // 240 characters
-    const SesBuilder b =
+    const SesBuilder cut =
         SessionOf("Audition 3.0")
             .Chunk("LIST",
                    WaveListBytes({{"wav ", 1, folder + "take number 1"}, {"wav ", 2, folder + "Audio for clip"}},
                                  WaveLayout::Padded));
-    // The added extension loses its end at 255 characters, before the
-    // prefix goes: 253 + ".w", and 254 + "." less the prefix.
-    EXPECT_EQ(Files(b), "<files>\n"
-                        "<file absolutePath=\"" + folder + "take number 1.w\" id=\"0\" relativePath=\"./take number 1.w\"/>\n"
-                        "<file absolutePath=\"" + folder + "clip.\" id=\"1\" relativePath=\"./clip.\"/>\n"
-                        "</files>\n");
-    EXPECT_FALSE(FilesOf(b).VideoSeen);
-}
-
-TEST(WaveList, WithoutPathNamesOnlyTheFileNameIsWritten) {
-    ConvertOptions options;
-    options.NoPathNames = true;
-    const SesBuilder b =
-        SessionOf("Audition 2.0")
-            .Chunk("LIST", WaveListBytes({{"wav ", 1, "C:\\a\\take 1.wav"}, {"VDEO", 2, "C:\\v\\film & co.avi"}},
-                                         WaveLayout::Padded));
-    EXPECT_EQ(Files(b, options), "<files>\n"
-                                 "<file absolutePath=\"film &amp; co.avi\" id=\"0\"/>\n"
-                                 "<file absolutePath=\"take 1.wav\" id=\"1\"/>\n"
-                                 "</files>\n");
-}
-
-// With the language option the later versions read "WLST" instead of "LIST"
-// (WholeSessions.WithALanguageTheNamesComeFromTheWideList); the old ones read
-// both, and a kind other than "wav " is no kind at all.
-TEST(WaveList, TheLanguageOptionReadsBothListsInTheOldVersions) {
-    ConvertOptions options;
-    options.NonEnglish = true;
-    const SesBuilder old =
-        SessionOf("Cool Edit Pro 2.00")
-            .Chunk("LIST", WaveListBytes({{"wav ", 1, "C:\\narrow.wav"}}, WaveLayout::Padded))
-            .Chunk("WLST", WideWaveListBytes({{"wav ", 2, u"C:\\wide.wav"}, {"VDEO", 3, u"C:\\Loop take"}}));
-    EXPECT_EQ(Files(old, options),
-              "<files>\n<file absolutePath=\"C:\\narrow.wav\" id=\"0\" relativePath=\"./narrow.wav\"/>\n"
-              "<file absolutePath=\"C:\\wide.wav\" id=\"1\" relativePath=\"./wide.wav\"/>\n"
-              "<file absolutePath=\"C:\\Loop take\" id=\"2\" relativePath=\"./Loop take\"/>\n</files>\n");
-    // An empty wide list steps 28 bytes.
-    const SesBuilder empty =
-        SessionOf("Audition 1.5").ChunkWithLength("WLST", 0, Bytes().Zeros(28)).Chunk("stat", StatBytes(1, 2));
-    EXPECT_EQ(ReadOk(empty.Build(), options).SelectionEnd, 2);
-}
-
-TEST(WaveList, WideNamesBecomeBytesOfTheChosenCharset) {
-    ConvertOptions options;
-    options.NonEnglish = true;
-    const SesBuilder b =
+    const SesBuilder wide =
         SessionOf("Audition 3.0").Chunk("WLST", WideWaveListBytes({{"wav ", 1, u"C:\\\u00e9t\u00e9 \u0416.wav"}}));
-    // Without a charset a character below 256 stands for itself.
-    EXPECT_EQ(Files(b, options), "<files>\n<file absolutePath=\"C:\\\xe9t\xe9 ?.wav\" id=\"0\" "
-                                 "relativePath=\"./\xe9t\xe9 ?.wav\"/>\n</files>\n");
-    // With one the character comes back whole once the document is recoded.
-    options.Charset = "WINDOWS-1251";
-    EXPECT_EQ(Files(b, options), "<files>\n<file absolutePath=\"C:\\?t? \xd0\x96.wav\" id=\"0\" "
-                                 "relativePath=\"./?t? \xd0\x96.wav\"/>\n</files>\n");
+    ConvertOptions noPaths, language;
+    noPaths.NoPathNames = true;
+    language.NonEnglish = true;
+    ConvertOptions cyrillic = language;
+    cyrillic.Charset = "WINDOWS-1251";
+    const std::vector<std::tuple<std::string, SesBuilder, ConvertOptions>> table{
+        {"paths of more than 255 characters", cut, {}},
+        {"without path names",
+         SessionOf("Audition 2.0")
+             .Chunk("LIST", WaveListBytes({{"wav ", 1, "C:\\a\\take 1.wav"}, {"VDEO", 2, "C:\\v\\film & co.avi"}},
+                                          WaveLayout::Padded)),
+         noPaths},
+        {"both lists of Cool Edit Pro 2.00",
+         SessionOf("Cool Edit Pro 2.00")
+             .Chunk("LIST", WaveListBytes({{"wav ", 1, "C:\\narrow.wav"}}, WaveLayout::Padded))
+             .Chunk("WLST", WideWaveListBytes({{"wav ", 2, u"C:\\wide.wav"}, {"VDEO", 3, u"C:\\Loop take"}})),
+         language},
+        {"wide names without a charset", wide, language},
+        {"wide names in WINDOWS-1251", wide, cyrillic},
+    };
+    std::string sections;
+    for (const auto& [title, builder, options] : table) sections += "## " + title + "\n" + Files(builder, options);
+    ExpectGolden("wave-list-files.txt", sections);
+    EXPECT_FALSE(FilesOf(cut).VideoSeen);
 }
 
 TEST(WaveList, NameBuffersThatReadTheFileAgainAndAgainFailIt) {
