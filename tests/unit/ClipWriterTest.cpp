@@ -17,6 +17,13 @@ struct Written {
     std::string Text;
     std::vector<Diagnostic> Warnings;
     std::vector<std::int32_t> GroupItemIds;
+
+    // The text and a line for each warning, for a golden file.
+    std::string WithWarnings() const {
+        std::string text = Text;
+        for (const Diagnostic& warning : Warnings) text += "warning: " + warning.Message + "\n";
+        return text;
+    }
 };
 
 Written AudioClipsOf(Session& s, std::vector<std::int32_t> trackIds) {
@@ -82,6 +89,8 @@ TEST(ClipWriter, IdsCountPerTrackZOrderOverTheListAndOnlyOverlapsAreMarked) {
     EXPECT_EQ(written.GroupItemIds[1], 0) << "no group, no item number";
 }
 
+// The shapes are the last row's; a cosine type and a length above 0 stay
+// from an earlier row.
 TEST(ClipWriter, SeveralFadeRowsOfOneClipIdAreReadInListOrder) {
     Session s;
     s.SessionFiles = {FileOf(2000001, "a.wav")};
@@ -94,14 +103,7 @@ TEST(ClipWriter, SeveralFadeRowsOfOneClipIdAreReadInListOrder) {
         {7, 0, 5, 0, 300, 6, 1},
         {7, 0, 9, 0, 0, 8, 0},
     };
-    // The shapes are the last row's; a cosine type and a length above 0
-    // stay from an earlier row.
-    EXPECT_EQ(LinesStartingWith(AudioClipsOf(s, {3}).Text, "<fade"),
-              (std::vector<std::string>{
-                  R"(<fadeIn crossFadeLinkType="linkedAsymmetric" endPoint="100" shape="9" startPoint="0" type="cosine"/>)",
-                  R"(<fadeOut crossFadeLinkType="linkedAsymmetric" endPoint="1000" shape="8" startPoint="700" type="cosine"/>)",
-                  R"(<fadeIn crossFadeLinkType="linkedAsymmetric" endPoint="100" shape="9" startPoint="0" type="cosine"/>)",
-                  R"(<fadeOut crossFadeLinkType="linkedAsymmetric" endPoint="2000" shape="8" startPoint="1700" type="cosine"/>)"}));
+    ExpectGolden("several-fade-rows.txt", AudioClipsOf(s, {3}).Text);
 }
 
 // Only the clip that has a stretch record and is not looped is stretched,
@@ -116,21 +118,14 @@ TEST(ClipWriter, LoopedClipsAndStretchedClips) {
     ExpectGolden("looped-and-stretched-clips.txt", AudioClipsOf(s, {1}).Text);
 }
 
+// The clip left out takes no id; the next keeps its place in the list.
 TEST(ClipWriter, AClipWhoseFileIsNotListedIsLeftOutWithAWarning) {
     Session s;
     s.SessionFiles = {FileOf(2000001, "a.wav")};
     s.Clips.push_back({.ClipId = 300000004, .FileId = 2000002, .Start = 44100, .TrackId = 10001, .GroupId = 2});
     s.Clips.push_back({.ClipId = 300000005, .FileId = 2000001, .Start = 88200, .TrackId = 10001});
     const Written written = AudioClipsOf(s, {10001});
-    // The clip left out takes no id; the next keeps its place in the list.
-    EXPECT_EQ(LinesStartingWith(written.Text, "<audioClip "),
-              Strings{R"(<audioClip clipAutoCrossfade="true" crossFadeHeadClipID="-1" crossFadeTailClipID="-1" )"
-                      R"(endPoint="88200" fileID="0" hue="0" id="0" lockedInTime="false" looped="false" name="" )"
-                      R"(offline="false" select="false" sourceInPoint="0" sourceOutPoint="0" startPoint="88200" zOrder="2">)"});
-    ASSERT_EQ(written.Warnings.size(), 1u);
-    EXPECT_EQ(written.Warnings[0].Message,
-              "audio clip 300000004 on track 10001 at sample 44100 refers to file 2000002, which the session does "
-              "not list: the clip is left out");
+    ExpectGolden("audio-clip-left-out.txt", written.WithWarnings());
     EXPECT_EQ(written.GroupItemIds[1], kClipLeftOut);
 }
 
@@ -159,22 +154,12 @@ TEST(ClipWriter, VideoClipsSayWhetherTheirFileIsHere) {
     s.Clips.push_back({.ClipId = 82847048, .FileId = 2000002, .SourceStart = 10, .Start = 200, .Length = 50,
                        .TrackId = 490000, .FileKind = 3});
     s.Clips.push_back({.ClipId = 82847048, .FileId = 2000003, .Start = 300, .TrackId = 490000, .FileKind = 3});
-    std::vector<Diagnostic> warnings;
+    Written written;
     const ConvertOptions options;
-    DocumentWriter w(s, options, warnings);
+    DocumentWriter w(s, options, written.Warnings);
     WriteVideoClips(w, TrackOf(490000));
-    EXPECT_EQ(w.out,
-              R"(<videoClip endPoint="-1" fileID="0" hue="-1" id="0" lockedInTime="true" name="away.avi" offline="false" select="false" sourceInPoint="10" sourceOutPoint="-1" startPoint="100" zOrder="0">
-<videoFormat />
-</videoClip>
-<videoClip endPoint="-1" fileID="1" hue="-1" id="0" lockedInTime="false" name="here.avi" offline="false" select="false" sourceInPoint="10" sourceOutPoint="60" startPoint="200" zOrder="0">
-<videoFormat />
-</videoClip>
-)");
-    ASSERT_EQ(warnings.size(), 1u);
-    EXPECT_EQ(warnings[0].Message,
-              "video clip 82847048 on track 490000 at sample 300 refers to file 2000003, which the session does not "
-              "list: the clip is left out");
+    written.Text = w.out;
+    ExpectGolden("video-clips.txt", written.WithWarnings());
 }
 
 // <clipGroups> lists the items the clip writer numbered.
