@@ -374,21 +374,6 @@ private slots:
         QCOMPARE(window.focusWidget(), tree);
     }
 
-    void EveryLanguageNameIsShownWhole() {
-        QTemporaryDir dir;
-        MainWindow window(support::TemporarySettings(dir), std::make_unique<support::ScriptedPrompts>());
-        window.Start({dir.path()});
-        QApplication::processEvents();
-        auto* list = Control<QComboBox>(window, "LanguageList");
-        QStyleOptionComboBox option;
-        option.initFrom(list);
-        option.editable = false;
-        const QRect field = list->style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, list);
-        for (int row = 0; row < list->count(); ++row)
-            QVERIFY2(list->fontMetrics().horizontalAdvance(list->itemText(row)) <= field.width(),
-                     qPrintable(list->itemText(row)));
-    }
-
     void ColumnWidthsTheUserSetAreKept() {
         // A wide folder column and a narrow date: no longer the defaults.
         const std::array<double, 5> widths{9000, 2880, 1500, 900, 1500};
@@ -444,7 +429,7 @@ private slots:
         QVERIFY(ReadText(sessions + "/mix--final.sesx").contains("\n<name>Verse &lt;1&gt;</name>\n"));
     }
 
-    void AFirstStartTicksEveryTypeAndListsNothingUntilAsked() {
+    void AFirstStartTicksEveryTypeListsNothingUntilAskedAndShowsEveryLanguageWhole() {
         QTemporaryDir dir;
         MainWindow window(support::TemporarySettings(dir), std::make_unique<support::ScriptedPrompts>());
         window.Start({dir.path()});
@@ -453,6 +438,17 @@ private slots:
         QVERIFY(!window.Busy());
         QCOMPARE(window.pos(), QPoint(0, 0));
         QCOMPARE(Control<QPushButton>(window, "RefreshNowButton")->isEnabled(), true);
+        // Every language name is shown whole.
+        QApplication::processEvents();
+        auto* list = Control<QComboBox>(window, "LanguageList");
+        QStyleOptionComboBox option;
+        option.initFrom(list);
+        option.editable = false;
+        const QRect field =
+            list->style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, list);
+        for (int row = 0; row < list->count(); ++row)
+            QVERIFY2(list->fontMetrics().horizontalAdvance(list->itemText(row)) <= field.width(),
+                     qPrintable(list->itemText(row)));
     }
 };
 

@@ -156,17 +156,18 @@ TEST(BlockChunks, Audition15BlocksNameTheirTrackByRow) {
                                          Bk25Payload("Audition 1.5", {onRow(21, 2), onRow(22, 4)}), {7, 10000, 3},
                                          bk25Warnings);
     ExpectGolden("blocks-by-track-row.model.txt", TitledDump("\"blk \"", blk) + TitledDump("\"bk25\"", bk25));
-    ASSERT_EQ(blkWarnings.size(), 1u);
-    EXPECT_EQ(blkWarnings[0].Message,
-              "2 blocks name a track row that the tracks read before it do not have "
-              "(the first, block 13 at offset 240, names row 9 of 3): left out");
-    EXPECT_EQ(blkWarnings[0].Offset, kPayload + 4 + 2 * 88);
-    EXPECT_EQ(blkWarnings[0].ChunkTag, "blk ");
-    ASSERT_EQ(bk25Warnings.size(), 1u);
-    EXPECT_EQ(bk25Warnings[0].Message,
-              "1 block names a track row that the tracks read before it do not have "
-              "(the first, block 22 at offset 140, names row 4 of 3): left out");
-    EXPECT_EQ(bk25Warnings[0].Offset, kPayload + 8 + 72);
+    const auto described = [](const std::vector<Diagnostic>& warnings) {
+        Strings lines;
+        for (const Diagnostic& w : warnings)
+            lines.push_back(w.ChunkTag + " " + std::to_string(w.Offset) + ": " + w.Message);
+        return lines;
+    };
+    EXPECT_EQ(described(blkWarnings),
+              Strings{"blk  240: 2 blocks name a track row that the tracks read before it do "
+                      "not have (the first, block 13 at offset 240, names row 9 of 3): left out"});
+    EXPECT_EQ(described(bk25Warnings),
+              Strings{"bk25 140: 1 block names a track row that the tracks read before it do "
+                      "not have (the first, block 22 at offset 140, names row 4 of 3): left out"});
 }
 
 TEST(BlockChunks, CountsAndLengthsThatLeaveTheChunkFailTheFile) {
