@@ -13,12 +13,15 @@ ImportResult Read(const std::vector<std::uint8_t>& bytes, bool versionOnly = fal
 }
 
 // What a read tells: its status and result, the version text if one was
-// read, its message, and whether it made a document.
+// read, the chunk and offset of a failure, its message, and whether it made
+// a document.
 std::string Outcome(const ImportResult& r) {
     const char* const status[] = {"Converted", "Probed", "NotSession", "Refused", "Failed"};
     return status[static_cast<int>(r.Status)] + (" " + std::to_string(r.Result)) +
-           (r.VersionRead ? " \"" + r.Version + "\"" : "") + (r.Message.empty() ? "" : ": " + r.Message) +
-           (r.Document.empty() ? "" : ", a document");
+           (r.VersionRead ? " \"" + r.Version + "\"" : "") +
+           (r.Status == ImportStatus::Failed ? " in \"" + r.ErrorChunk + "\" at " + std::to_string(r.ErrorOffset)
+                                             : "") +
+           (r.Message.empty() ? "" : ": " + r.Message) + (r.Document.empty() ? "" : ", a document");
 }
 
 const std::string kNotSession = "NotSession -1: not a session file: it does not start with \"COOLNESS\"";
@@ -27,6 +30,9 @@ TEST(Container, WhatAReadTells) {
     ASSERT_EQ(SesBuilder().Build().size(), 12u);
     auto notCoolness = SesBuilder().Version("Audition 3.0").Build();
     notCoolness[0] = 'c';
+    auto truncated = SesBuilder().Version("Audition 3.0").Build();  // 12 + 8 + 12 = 32
+    truncated.resize(36, 0);
+    truncated[8] = 60;  // DeclaredLength 60: no chunk header of 8 bytes fits at 32
     // Padding and embedded zeros: "Audi\0tion 3.0 [build 7283]\0\0..."; a
     // text that starts with a class name belongs to that class.
     const ImportResult build = Convert(
@@ -52,6 +58,23 @@ TEST(Container, WhatAReadTells) {
         {Convert({'C', 'O', 'O', 'L'}), kNotSession},
         {Convert({}), kNotSession},
         {build, "Converted 0 \"Audition 3.0 [build 7283]\", a document"},
+        // A broken container fails the file at the offset that is wrong; how a
+        // failure is described to the user is pinned by ConversionRunTest.
+        {Convert(truncated),
+         "Failed 0 \"Audition 3.0\" in \"\" at 32: the chunk header of 8 bytes at offset 32 runs past the end of the "
+         "file (36 bytes; the header declares 60)"},
+        {Convert(SesBuilder()
+                     .Version("Audition 3.0")
+                     .ChunkWithLength("TRKM", 4000, Bytes().Int32(3))
+                     .DeclaredLength(10000)
+                     .Build()),
+         "Failed 0 \"Audition 3.0\" in \"TRKM\" at 32: chunk \"TRKM\" at offset 32 ends at offset 4040, past the end "
+         "of the file (44 bytes)"},
+        {Convert(SesBuilder().Version("Audition 3.0").ChunkWithLength("junk", -8, Bytes()).Build()),
+         "Failed 0 \"Audition 3.0\" in \"junk\" at 32: chunk \"junk\" at offset 32 has length -8, which does not move "
+         "the walk forward"},
+        {Convert({'C', 'O', 'O', 'L', 'N', 'E', 'S', 'S', 1, 2}),
+         "Failed 0 in \"\" at 8: a 32-bit integer of 4 bytes at offset 8 runs past the end of the file (2 bytes left)"},
         // A probe stops at the version chunk, refused or not.
         {Read(SesBuilder().Version("Cool Edit Pro 2.01").ChunkWithLength("TRKS", 99999, Bytes()).Build(), true),
          "Probed 0 \"Cool Edit Pro 2.01\""},
@@ -95,30 +118,15 @@ TEST(Container, TheProbeOfAFileOnDisk) {
     std::vector<std::string> outcomes;
     for (const char* name : {"a.ses", "none.ses", "text.ses", "late.ses", "cut.ses", "list.ses"})
         outcomes.push_back(Outcome(ProbeSesFile(dir / name)));
-    EXPECT_EQ(outcomes, (std::vector<std::string>{
-                            "Probed 0 \"Audition 1.5\"", "Probed 0", kNotSession, "Probed 0 \"Audition 2.0\"",
-                            "Failed 0: chunk \"junk\" at offset 12 ends at offset 100020, past the end of the file "
-                            "(90000 bytes)",
-                            "Probed 0 \"Audition 3.0\""}));
+    EXPECT_EQ(
+        outcomes,
+        (std::vector<std::string>{
+            "Probed 0 \"Audition 1.5\"", "Probed 0", kNotSession, "Probed 0 \"Audition 2.0\"",
+            "Failed 0 in \"junk\" at 12: chunk \"junk\" at offset 12 ends at offset 100020, past the end of the file "
+            "(90000 bytes)",
+            "Probed 0 \"Audition 3.0\""}));
     EXPECT_EQ(Outcome(Read(emptyList, true)), "Probed 0 \"Audition 3.0\"");
     EXPECT_FALSE(std::filesystem::exists(dir / "a.sesx"));
-}
-
-// A broken container fails the file at the offset that is wrong; how a
-// failure is described to the user is pinned by ConversionRunTest.
-TEST(Container, BrokenContainersFailWithTheirOffset) {
-    auto truncated = SesBuilder().Version("Audition 3.0").Build();  // 12 + 8 + 12 = 32
-    truncated.resize(36, 0);
-    truncated[8] = 60;  // DeclaredLength 60: no chunk header of 8 bytes fits at 32
-    ExpectFailure(truncated, "", 32,
-                  "the chunk header of 8 bytes at offset 32 runs past the end of the file (36 bytes; the header declares 60)");
-    ExpectFailure(
-        SesBuilder().Version("Audition 3.0").ChunkWithLength("TRKM", 4000, Bytes().Int32(3)).DeclaredLength(10000).Build(),
-        "TRKM", 32, "chunk \"TRKM\" at offset 32 ends at offset 4040, past the end of the file (44 bytes)");
-    ExpectFailure(SesBuilder().Version("Audition 3.0").ChunkWithLength("junk", -8, Bytes()).Build(), "junk", 32,
-                  "chunk \"junk\" at offset 32 has length -8, which does not move the walk forward");
-    ExpectFailure({'C', 'O', 'O', 'L', 'N', 'E', 'S', 'S', 1, 2}, "", 8,
-                  "a 32-bit integer of 4 bytes at offset 8 runs past the end of the file (2 bytes left)");
 }
 
 }  // namespace

@@ -185,9 +185,9 @@ TEST(WaveList, NameBuffersThatReadTheFileAgainAndAgainFailIt) {
     payload.PadTo(1100);
     const auto bytes = SesBuilder().Version("Cool Edit 2000 1.0", 32).Chunk("LIST", payload).Build();
     ASSERT_EQ(bytes.size(), 1160u);
-    ExpectFailure(bytes, "LIST", 119,
-                  "the wave list names reach offset 119 again and again: they describe more than the file's 1160 "
-                  "bytes can hold");
+    ExpectFailures({{bytes, "LIST", 119,
+                     "the wave list names reach offset 119 again and again: they describe more than the file's 1160 "
+                     "bytes can hold"}});
 }
 
 TEST(WaveList, EntriesTooSmallForTheirNameFailTheFile) {
