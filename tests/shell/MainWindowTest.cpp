@@ -99,15 +99,12 @@ struct Driven {
     }
     // The boxes shown since the last call, each as "<icon> <caption>: <text>"
     // and its details as further lines; the icon "?" is a question, "i" an
-    // information, "x" an error.
+    // information, "!" a warning, "x" an error.
     QStringList Boxes() {
         QStringList boxes;
         for (const support::ScriptedPrompts::Record& box : prompts.Shown) {
-            const QString icon = box.Icon == QMessageBox::Question      ? "?"
-                                 : box.Icon == QMessageBox::Information ? "i"
-                                 : box.Icon == QMessageBox::Critical    ? "x"
-                                                                        : "-";
-            boxes << (QStringList{icon + " " + box.Caption + ": " + box.Text} + box.Details).join('\n');
+            const QChar icon = QStringLiteral("-i!x?").at(static_cast<int>(box.Icon));  // by QMessageBox::Icon
+            boxes << (QStringList{icon + QStringLiteral(" ") + box.Caption + ": " + box.Text} + box.Details).join('\n');
         }
         prompts.Shown.clear();
         return boxes;
@@ -280,8 +277,7 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(&window));
         QTest::keyClick(Control<QTreeView>(window, "SESFileTypes"), Qt::Key_Escape);
         QVERIFY(!window.isVisible());
-        auto stored = support::TemporarySettings(dir);
-        const ShellSettings saved = LoadSettings(*stored, "/program");
+        const ShellSettings saved = LoadSettings(*support::TemporarySettings(dir), "/program");
         QCOMPARE(saved.LastDir, sessions + "/sub");
         QCOMPARE(saved.AutoRefresh, false);
         QCOMPARE(saved.FileFilter, 1022);
@@ -326,8 +322,7 @@ private slots:
         QVERIFY(ReadText(sessions + "/audition-1.0.sesx").startsWith("<?xml"));
         QVERIFY(!QFile::exists(sessions + "/audition-1.5.sesx"));
         QCOMPARE(window.Sessions().NumberChecked(), 8);
-        auto stored = support::TemporarySettings(dir);
-        QCOMPARE(LoadSettings(*stored, "/program").LastDir, QDir::cleanPath(sessions));
+        QCOMPARE(LoadSettings(*support::TemporarySettings(dir), "/program").LastDir, QDir::cleanPath(sessions));
     }
 
     void ASecondStartHandsOverToTheFirst() {
@@ -380,16 +375,12 @@ private slots:
         QTemporaryDir dir;
         ShellSettings settings;
         settings.ColumnWidths = widths;
-        {
-            auto store = support::TemporarySettings(dir);
-            SaveSettings(*store, settings);
-        }
+        SaveSettings(*support::TemporarySettings(dir), settings);
         MainWindow window(support::TemporarySettings(dir), std::make_unique<support::ScriptedPrompts>());
         window.Start({dir.path()});
         QApplication::processEvents();
         window.close();
-        auto stored = support::TemporarySettings(dir);
-        QCOMPARE(LoadSettings(*stored, "/program").ColumnWidths, widths);
+        QCOMPARE(LoadSettings(*support::TemporarySettings(dir), "/program").ColumnWidths, widths);
     }
 
     // "Write well-formed XML" reaches the run: without it the summary is

@@ -14,8 +14,7 @@ private slots:
 
     void AFirstStartGetsTheDefaults() {
         QTemporaryDir dir;
-        auto store = testing::TemporarySettings(dir);
-        const ShellSettings s = LoadSettings(*store, QStringLiteral("/program"));
+        const ShellSettings s = LoadSettings(*testing::TemporarySettings(dir), QStringLiteral("/program"));
         ShellSettings expected;
         expected.LastDir = QStringLiteral("/program");
         expected.TargDir = QStringLiteral("/program");
@@ -52,8 +51,7 @@ private slots:
                  QString::fromUtf8(golden.readAll()));
         ShellSettings expected = s;
         expected.TargDir = dir.path();
-        auto again = testing::TemporarySettings(dir);
-        QCOMPARE(LoadSettings(*again, QStringLiteral("/program")), expected);
+        QCOMPARE(LoadSettings(*testing::TemporarySettings(dir), QStringLiteral("/program")), expected);
     }
 
     void ReadingRules() {

@@ -173,9 +173,7 @@ TEST(Cli, InfoListsTheChunks) {
     WriteFile(dir / "a.ses", SesBuilder().Chunk("hdr ", Bytes().Zeros(40)).Version("Audition 2.0").Build());
     const CliRun run = RunCli("info " + Quote(dir / "a.ses"));
     EXPECT_EQ(run.Exit, 0) << run.Out;
-    EXPECT_NE(run.Out.find("Declared length: 80\n"), std::string::npos) << run.Out;
-    EXPECT_NE(run.Out.find("Version:         Audition 2.0 (accepted)\n"), std::string::npos) << run.Out;
-    EXPECT_NE(run.Out.find("  12        \"hdr \"  40\n  60        \"vers\"  12\n"), std::string::npos) << run.Out;
+    ExpectGolden("cli-info.txt", ReplaceAll(run.Out, dir.Path().string(), "DIR"));
     const CliRun model = RunCli("info --model " + Quote(dir / "a.ses"));
     EXPECT_EQ(model.Out.substr(0, 56), "SesVersion: \"Audition 2.0\"\nVersionRead: true\nSampleRate:");
 }

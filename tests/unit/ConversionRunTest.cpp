@@ -36,17 +36,14 @@ TEST(ConversionRun, OutputPaths) {
 TEST(ConversionRun, MessagesOfTheRun) {
     const RunSettings settings{TargetOption::SpecificFolder, "/out", {}};
     EXPECT_TRUE(ConfirmationText(1, settings).starts_with("1 file(s) will be converted to /out.\r\n"));
-    // A path of 60 characters gets one line break, of 59 two.
-    const std::string sixty(60, 'p'), fiftyNine(59, 'p');
-    EXPECT_EQ(OverwriteMessage(sixty), "File '" + sixty + "' Already Exists.\r\nOverwrite Existing File?");
-    EXPECT_EQ(OverwriteMessage(fiftyNine), "File '" + fiftyNine + "' Already Exists.\r\n\r\nOverwrite Existing File?");
-    // Characters are counted, not the bytes of their UTF-8 form: "é" takes
-    // two bytes, "♪" three.
-    const std::string fiftyNineAccented = std::string(56, 'p') + "/é♪";
-    const std::string sixtyAccented = std::string(57, 'p') + "/é♪";
-    EXPECT_EQ(OverwriteMessage(fiftyNineAccented),
-              "File '" + fiftyNineAccented + "' Already Exists.\r\n\r\nOverwrite Existing File?");
-    EXPECT_EQ(OverwriteMessage(sixtyAccented), "File '" + sixtyAccented + "' Already Exists.\r\nOverwrite Existing File?");
+    // A path of 60 characters gets one line break, of 59 two. Characters are
+    // counted, not the bytes of their UTF-8 form: "é" takes two bytes, "♪" three.
+    for (const auto& [path, breaks] :
+         std::vector<std::pair<std::string, std::string>>{{std::string(60, 'p'), "\r\n"},
+                                                          {std::string(59, 'p'), "\r\n\r\n"},
+                                                          {std::string(57, 'p') + "/é♪", "\r\n"},
+                                                          {std::string(56, 'p') + "/é♪", "\r\n\r\n"}})
+        EXPECT_EQ(OverwriteMessage(path), "File '" + path + "' Already Exists." + breaks + "Overwrite Existing File?");
 }
 
 // Four sessions whose documents exist. One answer is given for the document

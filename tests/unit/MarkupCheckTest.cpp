@@ -106,18 +106,12 @@ constexpr unsigned kParseOptions =
 ::testing::AssertionResult ParsesAsXml(const std::string& document) {
     pugi::xml_document xml;
     const pugi::xml_parse_result parsed = xml.load_buffer(document.data(), document.size(), kParseOptions);
-    if (!parsed) {
-        return ::testing::AssertionFailure()
-               << parsed.description() << " at byte " << parsed.offset << ": "
-               << document.substr(static_cast<std::size_t>(parsed.offset), 60);
-    }
-    const MarkupCheck check = CheckMarkup(document);
-    if (check.Total > 0) {
-        ::testing::AssertionResult failure = ::testing::AssertionFailure();
-        for (const Diagnostic& warning : MarkupWarnings(check, false)) failure << warning.Message << "\n";
-        return failure;
-    }
-    return ::testing::AssertionSuccess();
+    if (!parsed)
+        return ::testing::AssertionFailure() << parsed.description() << " at byte " << parsed.offset << ": "
+                                             << document.substr(static_cast<std::size_t>(parsed.offset), 60);
+    const Strings faults = Messages(MarkupWarnings(CheckMarkup(document), false));
+    if (faults.empty()) return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << faults.front() << " (and " << faults.size() - 1 << " more)";
 }
 
 // No golden document is malformed by design: their names hold "&" at most.

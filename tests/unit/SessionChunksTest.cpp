@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "SesBuilder.h"
@@ -45,23 +46,19 @@ TEST(SessionState, TheHeaderAndItsFixedPlaces) {
 // of 65548 are 12, negatives stay; the assembly gives a 0 its default and a
 // tempo above 360 120.
 TEST(SessionState, TempoByVersionWithItsDefaultsAndLimits) {
-    struct Case {
-        std::string version;
-        double tempo;
-        std::int32_t beatsPerBar, subdivisions, noteLength;
-    };
     std::string dumps;
-    for (const Case& c : std::vector<Case>{{"Audition 1.0", 98.5, 3, 8, 2},
-                                           {"Cool Edit Pro 2.00", 98.5, 3, 8, 2},
-                                           {"Cool Edit Pro 2.1", 360, 0, 65548, -2},
-                                           {"Cool Edit 2000 1.0", 360.5, 7, 0, 8},
-                                           {"Cool Edit Pro 1.2", -60, -3, 4, 0},
-                                           {"Audition 1.5", 0.125, 5, 1, 1}}) {
-        Session session = ReadOk(SessionOf(c.version)
-                                     .Chunk("tmpo", TempoBytes(c.tempo, c.beatsPerBar, c.subdivisions, c.noteLength))
-                                     .Build());
+    for (const auto& [version, tempo, beatsPerBar, subdivisions, noteLength] :
+         std::vector<std::tuple<std::string, double, std::int32_t, std::int32_t, std::int32_t>>{
+             {"Audition 1.0", 98.5, 3, 8, 2},
+             {"Cool Edit Pro 2.00", 98.5, 3, 8, 2},
+             {"Cool Edit Pro 2.1", 360, 0, 65548, -2},
+             {"Cool Edit 2000 1.0", 360.5, 7, 0, 8},
+             {"Cool Edit Pro 1.2", -60, -3, 4, 0},
+             {"Audition 1.5", 0.125, 5, 1, 1}}) {
+        Session session =
+            ReadOk(SessionOf(version).Chunk("tmpo", TempoBytes(tempo, beatsPerBar, subdivisions, noteLength)).Build());
         BuildTempoTexts(session);
-        dumps += TitledDump(c.version, session);
+        dumps += TitledDump(version, session);
     }
     ExpectGolden("tempo-by-version.model.txt", dumps);
 }
@@ -167,8 +164,7 @@ TEST(SessionState, MetronomeBeatsAreTheNumbersBetweenSingleBlanks) {
     // ends it (a tab is white space in front of a number).
     EXPECT_EQ(metronomeLine(" 1  2 3x 2.0 01 -1 1e0 +2 &H2 \t1"),
               R"(<metronome enabled="true" pattern="downBeat upBeat subdivision upBeat downBeat downBeat upBeat downBeat " soundSet="Kit">)");
-    std::string pattern;
-    std::string expected;
+    std::string pattern, expected;
     for (int i = 0; i < 20000; ++i) {
         pattern += i % 3 == 0 ? "1 " : i % 3 == 1 ? "3 " : "2 ";
         expected += i % 3 == 0 ? "downBeat " : i % 3 == 1 ? "subdivision " : "upBeat ";

@@ -176,10 +176,9 @@ TEST(TrackWriter, TheImplicitMasterIsSoloedWhenAnyTrackIs) {
     Track soloed = MakeTrack(1, 1, "Solo");
     soloed.Soloed = 1;
     session.Tracks = {soloed, MakeTrack(2, 2, "Plain")};
-    const Strings master = Block(Write(session), "<masterTrack", "</masterTrack>");
-    ASSERT_GE(master.size(), 7u);
-    EXPECT_EQ(master[6], R"(<trackAudioParameters audioChannelType="stereo" automationMode="1" monitoring="false" )"
-                         R"(recordArmed="false" solo="true" soloSafe="false">)");
+    EXPECT_EQ(Block(Write(session), "<masterTrack", "</masterTrack>").at(6),
+              R"(<trackAudioParameters audioChannelType="stereo" automationMode="1" monitoring="false" )"
+              R"(recordArmed="false" solo="true" soloSafe="false">)");
 }
 
 }  // namespace

@@ -19,11 +19,10 @@ const std::vector<std::string> kVersions{
     "Audition 1.0",       "Audition 1.5",       "Audition 2.0",       "Audition 3.0",
 };
 
-bool Packed(const std::string& version) {
-    return version.starts_with("Cool Edit Pro 1.2") || version.starts_with("Cool Edit 2000");
+WaveLayout LayoutOf(const std::string& version) {
+    const bool packed = version.starts_with("Cool Edit Pro 1.2") || version.starts_with("Cool Edit 2000");
+    return packed ? WaveLayout::Packed : WaveLayout::Padded;
 }
-
-WaveLayout LayoutOf(const std::string& version) { return Packed(version) ? WaveLayout::Packed : WaveLayout::Padded; }
 
 std::string Files(const SesBuilder& builder, const ConvertOptions& options = {}) {
     return Section(DocumentOf(builder.Build(), options), "<files>", "</files>");
@@ -86,17 +85,16 @@ TEST(WaveList, TheListEndsByItsLengthOrAtTheListFileMark) {
     }
 }
 
-TEST(WaveList, TheNextChunkStandsBehindTheListLengthNotThePayloadLength) {
-    const SesBuilder b =
-        SessionOf("Audition 3.0")
-            .ChunkWithLength("LIST", 100000, WaveListBytes({{"wav ", 1, "C:\\x.wav"}}, WaveLayout::Padded))
-            .Chunk("stat", StatBytes(10, 30));
-    const Session s = ReadOk(b.Build());
+// The next chunk stands behind the list length, not the payload length; an
+// empty list steps 16 or 28 bytes, an empty wide list 28.
+TEST(WaveList, WhereTheNextChunkStands) {
+    const Session s =
+        ReadOk(SessionOf("Audition 3.0")
+                   .ChunkWithLength("LIST", 100000, WaveListBytes({{"wav ", 1, "C:\\x.wav"}}, WaveLayout::Padded))
+                   .Chunk("stat", StatBytes(10, 30))
+                   .Build());
     EXPECT_EQ(s.SesWaves.at(0).Name, "C:\\x.wav");
     EXPECT_EQ(s.SelectionEnd, 30);
-}
-
-TEST(WaveList, AnEmptyListStepsSixteenOrTwentyEightBytes) {
     for (const std::string& version : kVersions) {
         const bool sixteen = version == "Cool Edit Pro 2.00" || version.starts_with("Cool Edit Pro 1.2") ||
                              version == "Cool Edit Pro 2.1" || version == "Audition 1.0";
@@ -105,7 +103,6 @@ TEST(WaveList, AnEmptyListStepsSixteenOrTwentyEightBytes) {
                                  .Chunk("stat", StatBytes(100, 400));
         EXPECT_EQ(ReadOk(b.Build()).SelectionEnd, 400) << version;
     }
-    // An empty wide list steps 28 bytes.
     ConvertOptions language;
     language.NonEnglish = true;
     const SesBuilder wide =
