@@ -1,5 +1,5 @@
-// Helpers shared by the tests: converting built sessions, golden files,
-// temporary folders.
+// Helpers shared by the tests: building and converting sessions, tables of
+// files that must fail, golden files, sections of documents, temporary folders.
 #pragma once
 
 #include <gtest/gtest.h>
