@@ -1,5 +1,5 @@
-// Helpers shared by the tests: converting built sessions, golden files,
-// temporary folders.
+// Helpers shared by the tests: building and converting sessions, tables of
+// files that must fail, golden files, sections of documents, temporary folders.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -13,12 +13,16 @@
 #include <string>
 #include <vector>
 
+#include "SesBuilder.h"
+#include "SessionPayloads.h"
 #include "services/SessionDump.h"
 #include "run/ConvertFile.h"
 
 namespace morvanta::testing {
 
 inline const std::filesystem::path kSourceDir = MORVANTA_SOURCE_DIR;
+
+using Strings = std::vector<std::string>;
 
 // Converts a built session as if it were "C:\Sessions\<name>.ses" written to
 // "<name>.sesx", so documents do not depend on where the tests run.
@@ -27,15 +31,42 @@ inline ImportResult Convert(const std::vector<std::uint8_t>& bytes, const Conver
     return ConvertSesBytes(bytes, options, "C:\\Sessions\\" + name + ".ses", name + ".sesx");
 }
 
-// Converts a file that must fail at `offset`, in `chunk`, with exactly `message`.
-inline void ExpectFailure(const std::vector<std::uint8_t>& bytes, const std::string& chunk, std::int64_t offset,
-                          const std::string& message, const ConvertOptions& options = {}) {
+// A file that must fail: in chunk `Tag`, at `Offset`, with exactly `Message`.
+struct Failing {
+    std::vector<std::uint8_t> File;
+    std::string Tag;
+    std::int64_t Offset;
+    std::string Message;
+    ConvertOptions Options{};
+};
+
+inline void ExpectFailures(const std::vector<Failing>& table) {
+    for (const Failing& c : table) {
+        const ImportResult result = Convert(c.File, c.Options);
+        EXPECT_EQ(result.Status, ImportStatus::Failed) << c.Message;
+        EXPECT_EQ(result.ErrorChunk, c.Tag) << c.Message;
+        EXPECT_EQ(result.ErrorOffset, c.Offset) << c.Message;
+        EXPECT_EQ(result.Message, c.Message);
+        EXPECT_TRUE(result.Document.empty()) << c.Message;
+    }
+}
+
+// The document of a built session that must convert.
+inline std::string DocumentOf(const std::vector<std::uint8_t>& bytes, const ConvertOptions& options = {}) {
     const ImportResult result = Convert(bytes, options);
-    EXPECT_EQ(result.Status, ImportStatus::Failed) << message;
-    EXPECT_EQ(result.ErrorChunk, chunk) << message;
-    EXPECT_EQ(result.ErrorOffset, offset) << message;
-    EXPECT_EQ(result.Message, message);
-    EXPECT_TRUE(result.Document.empty()) << message;
+    EXPECT_EQ(result.Status, ImportStatus::Converted) << result.Message;
+    return result.Document;
+}
+
+// A session of `version` behind a header chunk, the version text padded to
+// 32 bytes: the header's payload offsets 300 and 352 are file offsets 320
+// and 372, and the first chunk behind the two has its payload at
+// kFirstPayload (12 + 408 + 40 + 8).
+inline constexpr std::int64_t kFirstPayload = 468;
+inline SesBuilder SessionOf(const std::string& version, const Bytes& header = HeaderBytes(44100)) {
+    SesBuilder builder;
+    builder.Chunk("hdr ", header).Version(version, 32);
+    return builder;
 }
 
 inline std::string ReadFile(const std::filesystem::path& path) {
@@ -53,9 +84,7 @@ inline void WriteFile(const std::filesystem::path& path, const std::string& cont
 }
 
 inline void WriteFile(const std::filesystem::path& path, const std::vector<std::uint8_t>& content) {
-    std::filesystem::create_directories(path.parent_path());
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    out.write(reinterpret_cast<const char*>(content.data()), static_cast<std::streamsize>(content.size()));
+    WriteFile(path, std::string(content.begin(), content.end()));
 }
 
 // Compares with tests/golden/<name>; MORVANTA_UPDATE_GOLDEN=1 rewrites the file.
@@ -118,6 +147,18 @@ inline std::vector<std::string> LinesStartingWith(const std::string& text, const
     for (const std::string& line : Lines(text))
         if (line.starts_with(start)) found.push_back(line);
     return found;
+}
+
+// From the line that starts with `first` through the line that starts with
+// `last`, line feeds included, so that tests compare a whole section of a
+// document letter by letter; empty when either is missing.
+inline std::string Section(const std::string& document, const std::string& first, const std::string& last) {
+    const auto begin = document.find("\n" + first);
+    if (begin == std::string::npos) return {};
+    const auto lastLine = document.find("\n" + last, begin + 1);
+    if (lastLine == std::string::npos) return {};
+    const auto end = document.find('\n', lastLine + 1);
+    return document.substr(begin + 1, end == std::string::npos ? std::string::npos : end - begin);
 }
 
 // One session of a table in a golden of several: a title line, then the

@@ -33,7 +33,7 @@ std::vector<std::string> Files(const SessionList& list) {
 class ListLogicTest : public QObject {
     Q_OBJECT
 private slots:
-    void MaskBitsAreRowsOneToNine() {
+    void TypeTicksMaskBitsAreRowsOneToNineAndOneStaysTicked() {
         FileTypeTicks ticks;
         ticks.SelectAll();
         QCOMPARE(ticks.Mask(), 1022);
@@ -45,10 +45,8 @@ private slots:
         // A mask without a row, as bit 0 alone, gives every row.
         ticks.SetMask(1);
         QCOMPARE(ticks.Mask(), 1022);
-    }
 
-    void AtLeastOneTypeStaysTicked() {
-        FileTypeTicks ticks;
+        // At least one type stays ticked.
         ticks.SelectAA3();
         QCOMPARE(ticks.Mask(), 1 << 9);
         QVERIFY(!ticks.Flip(9));
@@ -59,10 +57,8 @@ private slots:
         // While a button changes the ticks the rule is off.
         QVERIFY(ticks.Flip(3, true));
         QCOMPARE(ticks.Mask(), 0);
-    }
 
-    void InvertLeavesAudition30WhenNothingIsLeft() {
-        FileTypeTicks ticks;
+        // Invert leaves Audition 3.0 when nothing is left.
         ticks.SelectAll();
         ticks.Invert();
         QCOMPARE(ticks.Mask(), 1 << 9);

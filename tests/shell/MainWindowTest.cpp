@@ -82,6 +82,35 @@ const QStringList kExampleFiles{"audition-1.0.ses",      "audition-1.5.ses",    
                                 "audition-3.0.ses",      "cool-edit-2000.ses",     "cool-edit-pro-1.2.ses",
                                 "cool-edit-pro-1.2a.ses", "cool-edit-pro-2.00.ses", "cool-edit-pro-2.1.ses"};
 
+// A window whose boxes are answered by script, and the signals of its scans and runs.
+struct Driven {
+    std::unique_ptr<support::ScriptedPrompts> owned = std::make_unique<support::ScriptedPrompts>();
+    support::ScriptedPrompts& prompts = *owned;
+    MainWindow window;
+    QSignalSpy scans{&window, &MainWindow::ScanFinished};
+    QSignalSpy runs{&window, &MainWindow::RunFinished};
+
+    explicit Driven(std::unique_ptr<QSettings> store) : window(std::move(store), std::move(owned)) {}
+
+    void Click(const char* button) const { QTest::mouseClick(Control<QPushButton>(window, button), Qt::LeftButton); }
+    bool Convert() {
+        Click("ConvertButton");
+        return runs.wait(20000);
+    }
+    // The boxes shown since the last call, each as "<icon> <caption>: <text>"
+    // and its details as further lines; the icon "?" is a question, "i" an
+    // information, "!" a warning, "x" an error.
+    QStringList Boxes() {
+        QStringList boxes;
+        for (const support::ScriptedPrompts::Record& box : prompts.Shown) {
+            const QChar icon = QStringLiteral("-i!x?").at(static_cast<int>(box.Icon));  // by QMessageBox::Icon
+            boxes << (QStringList{icon + QStringLiteral(" ") + box.Caption + ": " + box.Text} + box.Details).join('\n');
+        }
+        prompts.Shown.clear();
+        return boxes;
+    }
+};
+
 }  // namespace
 
 class MainWindowTest : public QObject {
@@ -103,18 +132,15 @@ private slots:
         QDir().mkpath(sessions + "/sub");
         support::WriteBytes(sessions + "/sub/deep.ses", SesBuilder().Version("Audition 2.0").Build());
 
-        auto owned = std::make_unique<support::ScriptedPrompts>();
-        support::ScriptedPrompts& prompts = *owned;
-        MainWindow window(AutoRefreshStore(dir, sessions), std::move(owned));
-        QSignalSpy scans(&window, &MainWindow::ScanFinished);
-        QSignalSpy runs(&window, &MainWindow::RunFinished);
+        Driven ui(AutoRefreshStore(dir, sessions));
+        MainWindow& window = ui.window;
 
         // The start scans the last folder, as "A&uto Refresh" is ticked.
         window.Start({dir.path()});
         QCOMPARE(window.windowTitle(), QStringLiteral("Morvanta - Version 1.5.00"));
-        QVERIFY(scans.wait(10000));
+        QVERIFY(ui.scans.wait(10000));
         QCOMPARE(Files(window), kExampleFiles);
-        QVERIFY(prompts.Shown.empty());  // a rejected file is passed over without a word
+        QVERIFY(ui.prompts.Shown.empty());  // a rejected file is passed over without a word
         QCOMPARE(window.CurrentFolder(), QDir::cleanPath(sessions));
         QCOMPARE(window.FolderTree()->SelectedKey(), QDir::cleanPath(sessions));
         QCOMPARE(QString::fromStdString(window.Sessions().Row(4).Version), QStringLiteral("Cool Edit 2000 1.0"));
@@ -124,10 +150,8 @@ private slots:
         QVERIFY(!Control<QPushButton>(window, "RefreshNowButton")->isEnabled());
 
         // Nothing ticked yet.
-        QTest::mouseClick(Control<QPushButton>(window, "ConvertButton"), Qt::LeftButton);
-        QCOMPARE(prompts.Shown.size(), std::size_t{1});
-        QCOMPARE(prompts.Shown[0].Caption, QStringLiteral("Convert Items"));
-        QCOMPARE(prompts.Shown[0].Text, QStringLiteral("There are no selected items to convert."));
+        ui.Click("ConvertButton");
+        QCOMPARE(ui.Boxes(), QStringList{"i Convert Items: There are no selected items to convert."});
         QVERIFY(Control<QWidget>(window, "ButtonFrame")->isEnabled());
 
         // A click anywhere on a row flips its tick, and so does the space bar.
@@ -138,11 +162,11 @@ private slots:
         QVERIFY(!window.Sessions().Row(2).Checked);
         QTest::keyClick(fileList, Qt::Key_Space);
         QCOMPARE(window.Sessions().NumberChecked(), 1);
-        QTest::mouseClick(Control<QPushButton>(window, "FileActionButton2"), Qt::LeftButton);
+        ui.Click("FileActionButton2");
         QCOMPARE(window.Sessions().NumberChecked(), 8);
-        QTest::mouseClick(Control<QPushButton>(window, "FileActionButton1"), Qt::LeftButton);
+        ui.Click("FileActionButton1");
         QCOMPARE(window.Sessions().NumberChecked(), 0);
-        QTest::mouseClick(Control<QPushButton>(window, "FileActionButton0"), Qt::LeftButton);
+        ui.Click("FileActionButton0");
         QCOMPARE(window.Sessions().NumberChecked(), 9);
 
         // Two documents exist; one file has become a refused version since
@@ -155,35 +179,27 @@ private slots:
                                                                 .ChunkWithLength("TRKS", 500, Bytes())
                                                                 .DeclaredLength(900)
                                                                 .Build());
-        prompts.Shown.clear();
-        prompts.OverwriteAnswers = {kSkipFile, kOverwrite};
-        QTest::mouseClick(Control<QPushButton>(window, "ConvertButton"), Qt::LeftButton);
+        ui.prompts.OverwriteAnswers = {kSkipFile, kOverwrite};
+        ui.Click("ConvertButton");
         QVERIFY(!Control<QWidget>(window, "PathFrame")->isEnabled());
         QVERIFY(Control<QWidget>(window, "ProgressFrame")->isVisible());
-        QVERIFY(runs.wait(20000));
+        QVERIFY(ui.runs.wait(20000));
 
-        QCOMPARE(prompts.OverwriteMessages.size(), std::size_t{2});
-        QCOMPARE(prompts.OverwriteMessages[0],
+        QCOMPARE(ui.prompts.OverwriteMessages.size(), std::size_t{2});
+        QCOMPARE(ui.prompts.OverwriteMessages[0],
                  QStringLiteral("File '%1audition-1.0.sesx' Already Exists.\n%2Overwrite Existing File?")
                      .arg(folder, folder.size() + 17 < 60 ? "\n" : ""));
-        QCOMPARE(prompts.OverwriteFocus, (std::vector<int>{0, kSkipFile}));
-        QCOMPARE(prompts.Shown.size(), std::size_t{3});
-        QCOMPARE(prompts.Shown[0].Icon, QMessageBox::Question);
-        QCOMPARE(prompts.Shown[0].Caption, QStringLiteral("Convert"));
-        QCOMPARE(prompts.Shown[0].Text,
-                 QStringLiteral("9 file(s) will be converted to the same folder(s) as the source file(s).\n\n"
-                                "Note: If there are existing converted versions of these files in the specified "
-                                "location(s), \nyou will be prompted to overwrite them.\n\n"
-                                "Are you sure you wish to proceed?"));
-        QCOMPARE(prompts.Shown[1].Caption, QStringLiteral("Convert"));
-        QCOMPARE(prompts.Shown[1].Text, QStringLiteral("There were 8 of 9 files successfully converted."));
-        QCOMPARE(prompts.Shown[2].Icon, QMessageBox::Critical);
-        QCOMPARE(prompts.Shown[2].Text, QStringLiteral("These files were not converted:"));
-        QCOMPARE(prompts.Shown[2].Details.size(), 2);
-        QCOMPARE(prompts.Shown[2].Details[0],
-                 folder + "audition-2.0.ses: Cool Edit Pro 2.01 is not currently supported");
-        QCOMPARE(prompts.Shown[2].Details[1], folder + "audition-3.0.ses: offset 40 (chunk \"TRKS\"): a 32-bit integer "
-                                                "of 4 bytes at offset 40 runs past the end of the file (0 bytes left)");
+        QCOMPARE(ui.prompts.OverwriteFocus, (std::vector<int>{0, kSkipFile}));
+        QCOMPARE(ui.Boxes(),
+                 (QStringList{"? Convert: 9 file(s) will be converted to the same folder(s) as the source file(s).\n\n"
+                              "Note: If there are existing converted versions of these files in the specified "
+                              "location(s), \nyou will be prompted to overwrite them.\n\n"
+                              "Are you sure you wish to proceed?",
+                              "i Convert: There were 8 of 9 files successfully converted.",
+                              "x Convert: These files were not converted:\n" + folder +
+                                  "audition-2.0.ses: Cool Edit Pro 2.01 is not currently supported\n" + folder +
+                                  "audition-3.0.ses: offset 40 (chunk \"TRKS\"): a 32-bit integer of 4 bytes at "
+                                  "offset 40 runs past the end of the file (0 bytes left)"}));
 
         QCOMPARE(ReadText(sessions + "/audition-1.0.sesx"), QStringLiteral("old"));
         QVERIFY(ReadText(sessions + "/audition-1.5.sesx").startsWith("<?xml"));
@@ -198,12 +214,10 @@ private slots:
         // "Yes to &All" asks once in a run; the next run asks again, with
         // the focus on that answer, and "&Cancel" ends the run there.
         ClickRow(fileList, 1);
-        prompts.Shown.clear();
-        prompts.OverwriteAnswers = {kOverwriteAll};
-        QTest::mouseClick(Control<QPushButton>(window, "ConvertButton"), Qt::LeftButton);
-        QVERIFY(runs.wait(20000));
-        QCOMPARE(prompts.OverwriteFocus, (std::vector<int>{0, kSkipFile, kOverwrite}));
-        QCOMPARE(prompts.Shown.back().Text, QStringLiteral("There were 2 of 2 files successfully converted."));
+        ui.prompts.OverwriteAnswers = {kOverwriteAll};
+        QVERIFY(ui.Convert());
+        QCOMPARE(ui.prompts.OverwriteFocus, (std::vector<int>{0, kSkipFile, kOverwrite}));
+        QCOMPARE(ui.Boxes().back(), QStringLiteral("i Convert: There were 2 of 2 files successfully converted."));
         QVERIFY(ReadText(sessions + "/audition-1.0.sesx").startsWith("<?xml"));
 
         // Recoded as Cyrillic: the document gains a byte order mark.
@@ -211,35 +225,30 @@ private slots:
         QVERIFY(Control<QComboBox>(window, "LanguageList")->isEnabled());
         Control<QComboBox>(window, "LanguageList")->setCurrentIndex(1);
         ClickRow(fileList, 0);
-        prompts.Shown.clear();
-        prompts.OverwriteAnswers = {kCancelRun};
-        QTest::mouseClick(Control<QPushButton>(window, "ConvertButton"), Qt::LeftButton);
-        QVERIFY(runs.wait(20000));
-        QCOMPARE(prompts.OverwriteFocus.back(), kOverwriteAll);
-        QCOMPARE(prompts.Shown.back().Text, QStringLiteral("There were 0 of 1 files successfully converted."));
+        ui.prompts.OverwriteAnswers = {kCancelRun};
+        QVERIFY(ui.Convert());
+        QCOMPARE(ui.prompts.OverwriteFocus.back(), kOverwriteAll);
+        QCOMPARE(ui.Boxes().back(), QStringLiteral("i Convert: There were 0 of 1 files successfully converted."));
         QVERIFY(window.Sessions().Row(0).Checked);
-        prompts.OverwriteAnswers = {kOverwrite};
-        QTest::mouseClick(Control<QPushButton>(window, "ConvertButton"), Qt::LeftButton);
-        QVERIFY(runs.wait(20000));
+        ui.prompts.OverwriteAnswers = {kOverwrite};
+        QVERIFY(ui.Convert());
         QVERIFY(ReadText(sessions + "/audition-1.0.sesx").startsWith(QString::fromLatin1("\xEF\xBB\xBF<?xml")));
 
         // The type filter: only "Audition 3.0", which cannot be unticked.
-        QTest::mouseClick(Control<QPushButton>(window, "ResetlButton1"), Qt::LeftButton);
-        QVERIFY(scans.wait(10000));
+        ui.Click("ResetlButton1");
+        QVERIFY(ui.scans.wait(10000));
         support::WriteBytes(sessions + "/audition-3.0.ses", SesBuilder().Version("Audition 3.0").Build());
         QCOMPARE(Files(window), QStringList{"audition-3.0.ses"});
-        prompts.Shown.clear();
+        ui.prompts.Shown.clear();
         ClickRow(Control<QTreeView>(window, "SESFileTypes"), 8);
-        QCOMPARE(prompts.Shown.size(), std::size_t{1});
-        QCOMPARE(prompts.Shown[0].Caption, QStringLiteral("SES File Types"));
-        QCOMPARE(prompts.Shown[0].Text, QStringLiteral("You must have at least one item checked."));
+        QCOMPARE(ui.Boxes(), QStringList{"i SES File Types: You must have at least one item checked."});
         QCOMPARE(window.FileTypes().Mask(), 1 << 9);
-        QVERIFY(scans.wait(10000));
+        QVERIFY(ui.scans.wait(10000));
         ClickRow(Control<QTreeView>(window, "SESFileTypes"), 0);
-        QVERIFY(scans.wait(10000));
+        QVERIFY(ui.scans.wait(10000));
         QCOMPARE(Files(window), (QStringList{"audition-3.0.ses", "cool-edit-2000.ses"}));
-        QTest::mouseClick(Control<QPushButton>(window, "ResetlButton0"), Qt::LeftButton);
-        QVERIFY(scans.wait(10000));
+        ui.Click("ResetlButton0");
+        QVERIFY(ui.scans.wait(10000));
         QStringList listed = kExampleFiles;
         listed.removeOne("audition-2.0.ses");  // its version has no row any more
         QCOMPARE(Files(window), listed);
@@ -256,8 +265,8 @@ private slots:
         QCOMPARE(window.Sessions().Count(), 0);
         QCOMPARE(Control<QLabel>(window, "TotFilesLabel")->text(), QStringLiteral("0"));
         QCOMPARE(window.CurrentFolder(), QDir::cleanPath(sessions));
-        QTest::mouseClick(Control<QPushButton>(window, "RefreshNowButton"), Qt::LeftButton);
-        QVERIFY(scans.wait(10000));
+        ui.Click("RefreshNowButton");
+        QVERIFY(ui.scans.wait(10000));
         QCOMPARE(Files(window), QStringList{"deep.ses"});
         QCOMPARE(window.CurrentFolder(), sessions + "/sub");
 
@@ -268,8 +277,7 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(&window));
         QTest::keyClick(Control<QTreeView>(window, "SESFileTypes"), Qt::Key_Escape);
         QVERIFY(!window.isVisible());
-        auto stored = support::TemporarySettings(dir);
-        const ShellSettings saved = LoadSettings(*stored, "/program");
+        const ShellSettings saved = LoadSettings(*support::TemporarySettings(dir), "/program");
         QCOMPARE(saved.LastDir, sessions + "/sub");
         QCOMPARE(saved.AutoRefresh, false);
         QCOMPARE(saved.FileFilter, 1022);
@@ -282,21 +290,15 @@ private slots:
 
     void TheWholeFileSystemIsScannedOnlyWhenTheUserSaysSo() {
         QTemporaryDir dir;
-        auto owned = std::make_unique<support::ScriptedPrompts>();
-        support::ScriptedPrompts& prompts = *owned;
-        prompts.YesNoAnswers = {false};
-        MainWindow window(AutoRefreshStore(dir, "/", true), std::move(owned));
-        window.Start({"/"});
-        QCOMPARE(prompts.Shown.size(), std::size_t{1});
-        QCOMPARE(prompts.Shown[0].Icon, QMessageBox::Question);
-        QCOMPARE(prompts.Shown[0].Caption, QStringLiteral("Morvanta"));
-        QCOMPARE(prompts.Shown[0].Text,
-                 QStringLiteral("The root folder of Drive / is selected and might take some time to scan.\n"
-                                "Are you sure you wish to scan the entire Drive?"));
-        QVERIFY(!window.Busy());
-        QCOMPARE(window.Sessions().Count(), 0);
-        QVERIFY(!window.findChild<QWidget*>("ProgressStatus") ||
-                !window.findChild<QWidget*>("ProgressStatus")->isVisible());
+        Driven ui(AutoRefreshStore(dir, "/", true));
+        ui.prompts.YesNoAnswers = {false};
+        ui.window.Start({"/"});
+        QCOMPARE(ui.Boxes(), QStringList{"? Morvanta: The root folder of Drive / is selected and might take some "
+                                         "time to scan.\nAre you sure you wish to scan the entire Drive?"});
+        QVERIFY(!ui.window.Busy());
+        QCOMPARE(ui.window.Sessions().Count(), 0);
+        QVERIFY(!ui.window.findChild<QWidget*>("ProgressStatus") ||
+                !ui.window.findChild<QWidget*>("ProgressStatus")->isVisible());
     }
 
     void ClosingDuringARunEndsItAfterTheCurrentFile() {
@@ -304,28 +306,23 @@ private slots:
         const QString sessions = dir.filePath("Sessions");
         support::WriteBandSessions(sessions);
         WriteText(sessions + "/audition-1.0.sesx", "old");
-        auto owned = std::make_unique<support::ScriptedPrompts>();
-        support::ScriptedPrompts& prompts = *owned;
-        MainWindow window(AutoRefreshStore(dir, sessions), std::move(owned));
-        QSignalSpy scans(&window, &MainWindow::ScanFinished);
-        QSignalSpy runs(&window, &MainWindow::RunFinished);
+        Driven ui(AutoRefreshStore(dir, sessions));
+        MainWindow& window = ui.window;
         window.Start({dir.path()});
-        QVERIFY(scans.wait(10000));
-        QTest::mouseClick(Control<QPushButton>(window, "FileActionButton0"), Qt::LeftButton);
+        QVERIFY(ui.scans.wait(10000));
+        ui.Click("FileActionButton0");
 
         // The window is closed while the first file is asked about.
-        prompts.WhileAskingOverwrite = [&window] { window.close(); };
-        prompts.Shown.clear();
-        QTest::mouseClick(Control<QPushButton>(window, "ConvertButton"), Qt::LeftButton);
+        ui.prompts.WhileAskingOverwrite = [&window] { window.close(); };
+        ui.Click("ConvertButton");
         QVERIFY(window.isVisible());
-        QVERIFY(runs.wait(20000));
+        QVERIFY(ui.runs.wait(20000));
         QVERIFY(!window.isVisible());
-        QCOMPARE(prompts.Shown.size(), std::size_t{1});  // the question before the run, no summary
+        QCOMPARE(ui.prompts.Shown.size(), std::size_t{1});  // the question before the run, no summary
         QVERIFY(ReadText(sessions + "/audition-1.0.sesx").startsWith("<?xml"));
         QVERIFY(!QFile::exists(sessions + "/audition-1.5.sesx"));
         QCOMPARE(window.Sessions().NumberChecked(), 8);
-        auto stored = support::TemporarySettings(dir);
-        QCOMPARE(LoadSettings(*stored, "/program").LastDir, QDir::cleanPath(sessions));
+        QCOMPARE(LoadSettings(*support::TemporarySettings(dir), "/program").LastDir, QDir::cleanPath(sessions));
     }
 
     void ASecondStartHandsOverToTheFirst() {
@@ -343,15 +340,16 @@ private slots:
         QTemporaryDir dir;
         const QString sessions = dir.filePath("Sessions");
         support::WriteBandSessions(sessions);
-        MainWindow window(AutoRefreshStore(dir, sessions), std::make_unique<support::ScriptedPrompts>());
-        QSignalSpy scans(&window, &MainWindow::ScanFinished);
+        Driven ui(AutoRefreshStore(dir, sessions));
+        MainWindow& window = ui.window;
+        QSignalSpy& scans = ui.scans;
         window.Start({dir.path()});
         QVERIFY(scans.wait(10000));
         // The widget that has the focus when the window is active.
         QCOMPARE(window.focusWidget(), window.FolderTree()->View());
 
         // The type buttons and ticks rescan and leave the focus on the types.
-        QTest::mouseClick(Control<QPushButton>(window, "ResetlButton1"), Qt::LeftButton);
+        ui.Click("ResetlButton1");
         QVERIFY(scans.wait(10000));
         QCOMPARE(window.focusWidget(), Control<QWidget>(window, "SESFileTypes"));
         // Space ticks the current row; which row is current must not hang on
@@ -371,37 +369,18 @@ private slots:
         QCOMPARE(window.focusWidget(), tree);
     }
 
-    void EveryLanguageNameIsShownWhole() {
-        QTemporaryDir dir;
-        MainWindow window(support::TemporarySettings(dir), std::make_unique<support::ScriptedPrompts>());
-        window.Start({dir.path()});
-        QApplication::processEvents();
-        auto* list = Control<QComboBox>(window, "LanguageList");
-        QStyleOptionComboBox option;
-        option.initFrom(list);
-        option.editable = false;
-        const QRect field = list->style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, list);
-        for (int row = 0; row < list->count(); ++row)
-            QVERIFY2(list->fontMetrics().horizontalAdvance(list->itemText(row)) <= field.width(),
-                     qPrintable(list->itemText(row)));
-    }
-
     void ColumnWidthsTheUserSetAreKept() {
         // A wide folder column and a narrow date: no longer the defaults.
         const std::array<double, 5> widths{9000, 2880, 1500, 900, 1500};
         QTemporaryDir dir;
         ShellSettings settings;
         settings.ColumnWidths = widths;
-        {
-            auto store = support::TemporarySettings(dir);
-            SaveSettings(*store, settings);
-        }
+        SaveSettings(*support::TemporarySettings(dir), settings);
         MainWindow window(support::TemporarySettings(dir), std::make_unique<support::ScriptedPrompts>());
         window.Start({dir.path()});
         QApplication::processEvents();
         window.close();
-        auto stored = support::TemporarySettings(dir);
-        QCOMPARE(LoadSettings(*stored, "/program").ColumnWidths, widths);
+        QCOMPARE(LoadSettings(*support::TemporarySettings(dir), "/program").ColumnWidths, widths);
     }
 
     // "Write well-formed XML" reaches the run: without it the summary is
@@ -416,49 +395,51 @@ private slots:
                                 .Version("Audition 3.0", 32)
                                 .Chunk("TRKS", UpperTrksPayload(true, 1, {TrackEntryBytes(NamedEntry(1, u"Verse <1>"))}))
                                 .Build());
-        auto owned = std::make_unique<support::ScriptedPrompts>();
-        support::ScriptedPrompts& prompts = *owned;
-        MainWindow window(AutoRefreshStore(dir, sessions), std::move(owned));
-        QSignalSpy scans(&window, &MainWindow::ScanFinished);
-        QSignalSpy runs(&window, &MainWindow::RunFinished);
-        window.Start({dir.path()});
-        QVERIFY(scans.wait(10000));
-        QCOMPARE(Files(window), QStringList{"mix--final.ses"});
+        Driven ui(AutoRefreshStore(dir, sessions));
+        ui.window.Start({dir.path()});
+        QVERIFY(ui.scans.wait(10000));
+        QCOMPARE(Files(ui.window), QStringList{"mix--final.ses"});
 
-        QTest::mouseClick(Control<QPushButton>(window, "FileActionButton0"), Qt::LeftButton);
-        QTest::mouseClick(Control<QPushButton>(window, "ConvertButton"), Qt::LeftButton);
-        QVERIFY(runs.wait(20000));
-        QCOMPARE(prompts.Shown.back().Text, QStringLiteral("These files were converted with warnings:"));
+        ui.Click("FileActionButton0");
+        QVERIFY(ui.Convert());
         const QString source = sessions + "/mix--final.ses: warning: document line ";
-        QCOMPARE(prompts.Shown.back().Details,
-                 (QStringList{source + "10 is not well-formed XML: unescaped \"<\" in the text of <name> "
-                                       "(--well-formed escapes it)",
-                              source + "359 is not well-formed XML: \"--\" inside a comment (--well-formed "
-                                       "separates it)"}));
+        QCOMPARE(ui.Boxes().back(), "i Convert: These files were converted with warnings:\n" + source +
+                                        "10 is not well-formed XML: unescaped \"<\" in the text of <name> "
+                                        "(--well-formed escapes it)\n" +
+                                        source +
+                                        "359 is not well-formed XML: \"--\" inside a comment (--well-formed "
+                                        "separates it)");
 
-        auto* wellFormed = Control<QCheckBox>(window, "WellFormedCheck");
+        auto* wellFormed = Control<QCheckBox>(ui.window, "WellFormedCheck");
         QVERIFY(!wellFormed->isChecked());
         wellFormed->click();
-        prompts.Shown.clear();
-        QTest::mouseClick(Control<QPushButton>(window, "FileActionButton0"), Qt::LeftButton);
-        QTest::mouseClick(Control<QPushButton>(window, "ConvertButton"), Qt::LeftButton);
-        QVERIFY(runs.wait(20000));
-        QCOMPARE(prompts.Shown.back().Text, QStringLiteral("There were 1 of 1 files successfully converted."));
-        const QString document = ReadText(sessions + "/mix--final.sesx");
-        QVERIFY(document.contains("\n<name>Verse &lt;1&gt;</name>\n"));
-        QVERIFY(document.contains("/mix- -final.ses (Audition 3.0) --> \n"));
+        ui.Click("FileActionButton0");
+        QVERIFY(ui.Convert());
+        // No box of warnings behind the summary.
+        QCOMPARE(ui.Boxes().back(), QStringLiteral("i Convert: There were 1 of 1 files successfully converted."));
+        QVERIFY(ReadText(sessions + "/mix--final.sesx").contains("\n<name>Verse &lt;1&gt;</name>\n"));
     }
 
-    void AFirstStartTicksEveryTypeAndListsNothingUntilAsked() {
+    void AFirstStartTicksEveryTypeListsNothingUntilAskedAndShowsEveryLanguageWhole() {
         QTemporaryDir dir;
-        auto owned = std::make_unique<support::ScriptedPrompts>();
-        MainWindow window(support::TemporarySettings(dir), std::move(owned));
+        MainWindow window(support::TemporarySettings(dir), std::make_unique<support::ScriptedPrompts>());
         window.Start({dir.path()});
         QCOMPARE(window.FileTypes().Mask(), 1022);
         QCOMPARE(window.Sessions().Count(), 0);
         QVERIFY(!window.Busy());
         QCOMPARE(window.pos(), QPoint(0, 0));
         QCOMPARE(Control<QPushButton>(window, "RefreshNowButton")->isEnabled(), true);
+        // Every language name is shown whole.
+        QApplication::processEvents();
+        auto* list = Control<QComboBox>(window, "LanguageList");
+        QStyleOptionComboBox option;
+        option.initFrom(list);
+        option.editable = false;
+        const QRect field =
+            list->style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, list);
+        for (int row = 0; row < list->count(); ++row)
+            QVERIFY2(list->fontMetrics().horizontalAdvance(list->itemText(row)) <= field.width(),
+                     qPrintable(list->itemText(row)));
     }
 };
 

@@ -14,8 +14,7 @@ private slots:
 
     void AFirstStartGetsTheDefaults() {
         QTemporaryDir dir;
-        auto store = testing::TemporarySettings(dir);
-        const ShellSettings s = LoadSettings(*store, QStringLiteral("/program"));
+        const ShellSettings s = LoadSettings(*testing::TemporarySettings(dir), QStringLiteral("/program"));
         ShellSettings expected;
         expected.LastDir = QStringLiteral("/program");
         expected.TargDir = QStringLiteral("/program");
@@ -44,36 +43,15 @@ private slots:
             store->setValue(QStringLiteral("SETTINGS/Obsolete"), QStringLiteral("x"));
             QVERIFY(SaveSettings(*store, s));
         }
+        // The stored text, the temporary folder named TEMP.
         QFile file(dir.filePath(QStringLiteral("Morvanta.conf")));
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QCOMPARE(QString::fromUtf8(file.readAll()),
-                 QStringLiteral("[PATHS]\n"
-                                "LastDir=/music/sessions\n"
-                                "TargDir=%1\n"
-                                "\n"
-                                "[SETTINGS]\n"
-                                "AutoRefresh=0\n"
-                                "ColWidthBytes=1500\n"
-                                "ColWidthCreated=1800\n"
-                                "ColWidthFile=2880\n"
-                                "ColWidthFolder=4000\n"
-                                "ColWidthVersion=1500.5\n"
-                                "DontUseSESPathNames=True\n"
-                                "FileFilter=514\n"
-                                "Language=11\n"
-                                "NonEnglish=1\n"
-                                "ScanSubfolders=1\n"
-                                "Target=1\n"
-                                "WellFormed=1\n"
-                                "\n"
-                                "[WINDOW]\n"
-                                "Left=2250.5\n"
-                                "Top=1500\n")
-                     .arg(dir.path()));
+        QFile golden(QStringLiteral(MORVANTA_SOURCE_DIR "/tests/golden/settings.ini"));
+        QVERIFY(file.open(QIODevice::ReadOnly) && golden.open(QIODevice::ReadOnly));
+        QCOMPARE(QString::fromUtf8(file.readAll()).replace(dir.path(), QStringLiteral("TEMP")),
+                 QString::fromUtf8(golden.readAll()));
         ShellSettings expected = s;
         expected.TargDir = dir.path();
-        auto again = testing::TemporarySettings(dir);
-        QCOMPARE(LoadSettings(*again, QStringLiteral("/program")), expected);
+        QCOMPARE(LoadSettings(*testing::TemporarySettings(dir), QStringLiteral("/program")), expected);
     }
 
     void ReadingRules() {

@@ -36,11 +36,7 @@ Session ReadAfterTracks(std::string_view version, ChunkReader reader, const std:
     const auto bytes = SesBuilder().Version(version, 32).Chunk(tag, payload).Build();
     Session session;
     session.SesVersion = version;
-    for (std::int32_t id : trackIds) {
-        SesTrack track;
-        track.TrackId = id;
-        session.SesTracks.push_back(track);
-    }
+    for (std::int32_t id : trackIds) session.SesTracks.push_back({.Name = {}, .TrackId = id});
     const ByteReader file(bytes);
     const ConvertOptions options;
     ReadContext ctx{session, file, options, false, static_cast<std::int32_t>(bytes.size()), warnings, nullptr};
@@ -156,17 +152,18 @@ TEST(BlockChunks, Audition15BlocksNameTheirTrackByRow) {
                                          Bk25Payload("Audition 1.5", {onRow(21, 2), onRow(22, 4)}), {7, 10000, 3},
                                          bk25Warnings);
     ExpectGolden("blocks-by-track-row.model.txt", TitledDump("\"blk \"", blk) + TitledDump("\"bk25\"", bk25));
-    ASSERT_EQ(blkWarnings.size(), 1u);
-    EXPECT_EQ(blkWarnings[0].Message,
-              "2 blocks name a track row that the tracks read before it do not have "
-              "(the first, block 13 at offset 240, names row 9 of 3): left out");
-    EXPECT_EQ(blkWarnings[0].Offset, kPayload + 4 + 2 * 88);
-    EXPECT_EQ(blkWarnings[0].ChunkTag, "blk ");
-    ASSERT_EQ(bk25Warnings.size(), 1u);
-    EXPECT_EQ(bk25Warnings[0].Message,
-              "1 block names a track row that the tracks read before it do not have "
-              "(the first, block 22 at offset 140, names row 4 of 3): left out");
-    EXPECT_EQ(bk25Warnings[0].Offset, kPayload + 8 + 72);
+    const auto described = [](const std::vector<Diagnostic>& warnings) {
+        Strings lines;
+        for (const Diagnostic& w : warnings)
+            lines.push_back(w.ChunkTag + " " + std::to_string(w.Offset) + ": " + w.Message);
+        return lines;
+    };
+    EXPECT_EQ(described(blkWarnings),
+              Strings{"blk  240: 2 blocks name a track row that the tracks read before it do "
+                      "not have (the first, block 13 at offset 240, names row 9 of 3): left out"});
+    EXPECT_EQ(described(bk25Warnings),
+              Strings{"bk25 140: 1 block names a track row that the tracks read before it do "
+                      "not have (the first, block 22 at offset 140, names row 4 of 3): left out"});
 }
 
 TEST(BlockChunks, CountsAndLengthsThatLeaveTheChunkFailTheFile) {
@@ -174,31 +171,33 @@ TEST(BlockChunks, CountsAndLengthsThatLeaveTheChunkFailTheFile) {
         return SesBuilder().Version(version, 32).Chunk(tag, payload).Build();
     };
     const Block video{.TrackId = 490000};
-    ExpectFailure(in("Audition 3.0", "bk25", Bytes().Int32(0x7FFFFFFF).Int32(72).Append(Bk25Record({})).Append(
-                                                 Bk25FadeRecord({}))),
-                  "bk25", kPayload,
-                  "the block count 2147483647 at offset 60 needs at least 154618822584 bytes from offset 68, "
-                  "but the chunk has 112 there");
-    ExpectFailure(in("Cool Edit 2000 1.0", "blk2", Bytes().Int32(3).Zeros(80)), "blk2", kPayload,
-                  "the block colour count 3 at offset 60 needs at least 120 bytes from offset 64, but the chunk has 80 there");
-    // A video block whose block size points far behind the chunk.
-    ExpectFailure(in("Audition 3.0", "bk25", Bytes().Int32(2).Int32(100000).Append(Bk25Record(video)).Append(Bk25Record({}))),
-                  "bk25", kPayload + 8,
-                  "the video block record at offset 68 ends at offset 100590, past the end of the chunk at offset 212");
-    // An Audition 2.0 special record of negative length.
-    ExpectFailure(in("Audition 2.0", "bk25",
-                     Bytes().Int32(1).Int32(72).Append(Bk25Record(Block{.TrackId = 250000, .SpecialBytes = -100}))),
-                  "bk25", kPayload + 8,
-                  "the block record with its special record at offset 68 would end at offset 40, inside its own 72 bytes");
-    // The last block of an Audition 3.0 chunk without its fade record.
-    ExpectFailure(in("Audition 3.0", "bk25", Bytes().Int32(1).Int32(72).Append(Bk25Record({}))), "bk25", kPayload + 80,
-                  "the fade record at offset 140 ends at offset 180, past the end of the chunk at offset 140");
-    // A chunk that claims more than the file holds: the second record is cut off.
-    ExpectFailure(SesBuilder()
-                      .Version("Audition 3.0", 32)
-                      .ChunkWithLength("blk ", 1000, Bytes().Int32(2).Append(BlkRecord("Audition 3.0", {})))
-                      .Build(),
-                  "blk ", kPayload + 4 + 88, "a double of 8 bytes at offset 152 runs past the end of the file (0 bytes left)");
+    ExpectFailures({
+        {in("Audition 3.0", "bk25",
+            Bytes().Int32(0x7FFFFFFF).Int32(72).Append(Bk25Record({})).Append(Bk25FadeRecord({}))),
+         "bk25", kPayload,
+         "the block count 2147483647 at offset 60 needs at least 154618822584 bytes from offset 68, but the chunk has "
+         "112 there"},
+        {in("Cool Edit 2000 1.0", "blk2", Bytes().Int32(3).Zeros(80)), "blk2", kPayload,
+         "the block colour count 3 at offset 60 needs at least 120 bytes from offset 64, but the chunk has 80 there"},
+        // A video block whose block size points far behind the chunk.
+        {in("Audition 3.0", "bk25", Bytes().Int32(2).Int32(100000).Append(Bk25Record(video)).Append(Bk25Record({}))),
+         "bk25", kPayload + 8,
+         "the video block record at offset 68 ends at offset 100590, past the end of the chunk at offset 212"},
+        // An Audition 2.0 special record of negative length.
+        {in("Audition 2.0", "bk25",
+            Bytes().Int32(1).Int32(72).Append(Bk25Record(Block{.TrackId = 250000, .SpecialBytes = -100}))),
+         "bk25", kPayload + 8,
+         "the block record with its special record at offset 68 would end at offset 40, inside its own 72 bytes"},
+        // The last block of an Audition 3.0 chunk without its fade record.
+        {in("Audition 3.0", "bk25", Bytes().Int32(1).Int32(72).Append(Bk25Record({}))), "bk25", kPayload + 80,
+         "the fade record at offset 140 ends at offset 180, past the end of the chunk at offset 140"},
+        // A chunk that claims more than the file holds: the second record is cut off.
+        {SesBuilder()
+             .Version("Audition 3.0", 32)
+             .ChunkWithLength("blk ", 1000, Bytes().Int32(2).Append(BlkRecord("Audition 3.0", {})))
+             .Build(),
+         "blk ", kPayload + 4 + 88, "a double of 8 bytes at offset 152 runs past the end of the file (0 bytes left)"},
+    });
 }
 
 }  // namespace

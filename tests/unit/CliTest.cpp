@@ -35,22 +35,9 @@ CliRun RunCli(const std::string& arguments) {
 
 std::string Quote(const std::filesystem::path& path) { return "'" + path.string() + "'"; }
 
-TEST(Cli, ConvertsAFolderAndExitsZero) {
-    TempDir dir;
-    WriteFile(dir / "a.ses", SesBuilder().Version("Audition 3.0", 32).Build());
-    WriteFile(dir / "b.ses", SesBuilder().Version("Cool Edit 2000 1.0", 32).Build());
-    WriteFile(dir / "notes.txt", std::string("not listed"));
-    const CliRun run = RunCli("convert " + Quote(dir.Path()));
-    EXPECT_EQ(run.Exit, 0) << run.Out;
-    const std::string folder = dir.Path().string() + "/";
-    EXPECT_EQ(run.Out, "converted  " + folder + "a.ses -> " + folder + "a.sesx\n" + "converted  " + folder +
-                           "b.ses -> " + folder + "b.sesx\n" +
-                           "Converted 2 of 2 files: 0 refused, 0 failed, 0 skipped, 0 not sessions.\n");
-    EXPECT_TRUE(std::filesystem::exists(dir / "a.sesx"));
-}
-
 // Every outcome in one batch, converted once file after file and once on
-// four threads: the same lines in the same order, the same documents.
+// four threads: the same lines in the same order, the same documents. A
+// file that does not end in ".ses" is not listed.
 TEST(Cli, AMixedBatchIsReportedInFileOrderWhateverTheJobs) {
     TempDir dir;
     std::vector<std::string> names;
@@ -64,6 +51,7 @@ TEST(Cli, AMixedBatchIsReportedInFileOrderWhateverTheJobs) {
     WriteFile(dir / "in" / "cut.ses", cut);
     WriteFile(dir / "in" / "text.ses", std::string("not a session"));
     WriteFile(dir / "in" / "kept.ses", SesBuilder().Version("Audition 2.0").Build());
+    WriteFile(dir / "in" / "notes.txt", std::string("not listed"));
 
     std::string documents[2];
     std::string lines[2];
@@ -73,32 +61,14 @@ TEST(Cli, AMixedBatchIsReportedInFileOrderWhateverTheJobs) {
         const CliRun run = RunCli("convert --jobs " + std::to_string(jobs) + " --out " + Quote(out) + " " +
                                   Quote(dir / "in"));
         EXPECT_EQ(run.Exit, 1) << run.Out;
-        lines[jobs == 4] = ReplaceAll(run.Out, out.string(), "OUT");
+        lines[jobs == 4] = ReplaceAll(ReplaceAll(run.Out, out.string(), "OUT"), (dir / "in").string(), "IN");
         for (const std::string& name : names) documents[jobs == 4] += ReadFile(out / (name + ".sesx"));
         EXPECT_EQ(ReadFile(out / "kept.sesx"), "old");
         EXPECT_FALSE(std::filesystem::exists(out / "cut.sesx"));
     }
     EXPECT_EQ(lines[1], lines[0]);
     EXPECT_TRUE(documents[1] == documents[0]);
-    const std::string in = (dir / "in").string() + "/";
-    const std::vector<std::string> expected{
-        "converted  " + in + "audition-1.0.ses -> OUT/audition-1.0.sesx",
-        "converted  " + in + "audition-1.5.ses -> OUT/audition-1.5.sesx",
-        "converted  " + in + "audition-2.0.ses -> OUT/audition-2.0.sesx",
-        "converted  " + in + "audition-3.0.ses -> OUT/audition-3.0.sesx",
-        "converted  " + in + "cool-edit-2000.ses -> OUT/cool-edit-2000.sesx",
-        "converted  " + in + "cool-edit-pro-1.2.ses -> OUT/cool-edit-pro-1.2.sesx",
-        "converted  " + in + "cool-edit-pro-1.2a.ses -> OUT/cool-edit-pro-1.2a.sesx",
-        "converted  " + in + "cool-edit-pro-2.00.ses -> OUT/cool-edit-pro-2.00.sesx",
-        "converted  " + in + "cool-edit-pro-2.1.ses -> OUT/cool-edit-pro-2.1.sesx",
-        "failed     " + in + "cut.ses: offset 7910 (chunk \"TRKS\"): the track record at offset 7910 has length "
-                             "3250, which runs past the end of the file (8404 bytes)",
-        "skipped    " + in + "kept.ses: kept the existing OUT/kept.sesx",
-        "refused    " + in + "old.ses: Cool Edit Pro 1.0 is not currently supported",
-        "not-ses    " + in + "text.ses: not a session file: it does not start with \"COOLNESS\"",
-        "Converted 9 of 13 files: 1 refused, 1 failed, 1 skipped, 1 not sessions.",
-    };
-    EXPECT_EQ(Lines(lines[1]), expected);
+    ExpectGolden("cli-mixed-batch.txt", lines[1]);
 
     // The JSON counts the same.
     const CliRun json = RunCli("convert --json --out " + Quote(dir / "out4") + " " + Quote(dir / "in" / "old.ses") +
@@ -124,12 +94,9 @@ TEST(Cli, ExistingDocumentsAreSkippedWithoutATerminalUnlessAllIsGiven) {
 }
 
 TEST(Cli, UsageErrorsExitTwo) {
-    EXPECT_EQ(RunCli("").Exit, 2);
-    EXPECT_EQ(RunCli("convert").Exit, 2);
-    EXPECT_EQ(RunCli("convert --bogus x.ses").Exit, 2);
-    EXPECT_EQ(RunCli("convert --overwrite=maybe x.ses").Exit, 2);
-    EXPECT_EQ(RunCli("convert --out /no/such/folder x.ses").Exit, 2);
-    EXPECT_EQ(RunCli("scan /no/such/folder").Exit, 2);
+    for (const char* arguments : {"", "convert", "convert --bogus x.ses", "convert --overwrite=maybe x.ses",
+                                  "convert --out /no/such/folder x.ses", "scan /no/such/folder"})
+        EXPECT_EQ(RunCli(arguments).Exit, 2) << arguments;
     EXPECT_EQ(RunCli("convert --help").Exit, 0);
 }
 
@@ -144,17 +111,13 @@ TEST(Cli, LanguageRecodesEachDocumentAndAnUnknownNameIsAUsageError) {
     std::filesystem::remove(dir / "a.sesx");
     run = RunCli("convert --language Klingon " + Quote(dir / "a.ses"));
     EXPECT_EQ(run.Exit, 2);
-    EXPECT_EQ(run.Out,
-              "morvanta: unknown language or charset \"Klingon\"; use one of \"Central European\" (ISO-8859-2), "
-              "\"Cyrillic\" (WINDOWS-1251), \"Greek\" (ISO-8859-7), \"Japanese 1\" (SHIFT-JIS), \"Japanese 2\" "
-              "(X-EUC), \"Korean\" (EUC-KR), \"Russian\" (koi8-r), \"Simple Chinese\" (GB2312), \"Thai\" "
-              "(WINDOWS-874), \"Traditional Chinese\" (BIG5), \"Vietnamese\" (WINDOWS-1258), \"Western\" "
-              "(ISO-8859-1), or a charset name such as \"windows-1252\" or \"ISO-8859-15\"\n");
+    ExpectGolden("cli-unknown-language.txt", run.Out);
     EXPECT_FALSE(std::filesystem::exists(dir / "a.sesx"));
 }
 
 // A name with "<" and a source file with "--" in its name: warned about by
-// default, repaired with --well-formed.
+// default, repaired with --well-formed (which the repair's own tests show
+// in the documents).
 TEST(Cli, WellFormedRepairsWhatTheWarningsName) {
     TempDir dir;
     const auto source = dir / "mix--final.ses";
@@ -167,22 +130,17 @@ TEST(Cli, WellFormedRepairsWhatTheWarningsName) {
     CliRun run = RunCli("convert " + Quote(source));
     EXPECT_EQ(run.Exit, 0) << run.Out;
     const std::string warning = "warning    " + source.string() + ": document line ";
-    EXPECT_EQ(run.Out, "converted  " + source.string() + " -> " + target + "\n" + warning +
-                           "10 is not well-formed XML: unescaped \"<\" in the text of <name> (--well-formed escapes it)\n" +
-                           warning +
-                           "263 is not well-formed XML: \"--\" inside a comment (--well-formed separates it)\n"
-                           "Converted 1 of 1 files: 0 refused, 0 failed, 0 skipped, 0 not sessions.\n");
-    EXPECT_NE(ReadFile(target).find("\n<name>Verse <1></name>\n"), std::string::npos);
+    EXPECT_EQ(run.Out,
+              "converted  " + source.string() + " -> " + target + "\n" + warning +
+                  "10 is not well-formed XML: unescaped \"<\" in the text of <name> (--well-formed escapes it)\n" +
+                  warning +
+                  "263 is not well-formed XML: \"--\" inside a comment (--well-formed separates it)\n"
+                  "Converted 1 of 1 files: 0 refused, 0 failed, 0 skipped, 0 not sessions.\n");
 
     run = RunCli("convert --overwrite=all --well-formed " + Quote(source));
     EXPECT_EQ(run.Exit, 0) << run.Out;
     EXPECT_EQ(run.Out, "converted  " + source.string() + " -> " + target + "\n" +
                            "Converted 1 of 1 files: 0 refused, 0 failed, 0 skipped, 0 not sessions.\n");
-    const std::string document = ReadFile(target);
-    EXPECT_NE(document.find("\n<name>Verse &lt;1&gt;</name>\n"), std::string::npos) << document;
-    EXPECT_NE(document.find("\n<!-- Converted " + (dir / "mix- -final.ses").string() + " (Cool Edit Pro 2.1) --> \n"),
-              std::string::npos)
-        << document;
 
     // The JSON names the same places; the help names the option.
     run = RunCli("convert --overwrite=all --json " + Quote(source));
@@ -215,9 +173,7 @@ TEST(Cli, InfoListsTheChunks) {
     WriteFile(dir / "a.ses", SesBuilder().Chunk("hdr ", Bytes().Zeros(40)).Version("Audition 2.0").Build());
     const CliRun run = RunCli("info " + Quote(dir / "a.ses"));
     EXPECT_EQ(run.Exit, 0) << run.Out;
-    EXPECT_NE(run.Out.find("Declared length: 80\n"), std::string::npos) << run.Out;
-    EXPECT_NE(run.Out.find("Version:         Audition 2.0 (accepted)\n"), std::string::npos) << run.Out;
-    EXPECT_NE(run.Out.find("  12        \"hdr \"  40\n  60        \"vers\"  12\n"), std::string::npos) << run.Out;
+    ExpectGolden("cli-info.txt", ReplaceAll(run.Out, dir.Path().string(), "DIR"));
     const CliRun model = RunCli("info --model " + Quote(dir / "a.ses"));
     EXPECT_EQ(model.Out.substr(0, 56), "SesVersion: \"Audition 2.0\"\nVersionRead: true\nSampleRate:");
 }
@@ -228,16 +184,7 @@ TEST(Cli, InfoNamesTheRouteOfEachEffectThroughTheCataloguesGiven) {
     const std::string catalogues = Quote(kSourceDir / "tests" / "catalogues");
     const CliRun run = RunCli("info --catalogues " + catalogues + " " + Quote(dir / "fx.ses"));
     EXPECT_EQ(run.Exit, 0) << run.Out;
-    const std::string effects = run.Out.substr(run.Out.find("Effects:\n"));
-    EXPECT_EQ(effects,
-              "Effects:\n"
-              "  track 1 \"Vocal\": \"Parametric Equalizer\" -> catalogue Parametric Equalizer30.Kelfx\n"
-              "  track 1 \"Vocal\": \"Reverb\" -> left out\n"
-              "  track 1 \"Vocal\": \"Warm Tape\" -> fallback line 1 of EverythingElse30.Kelfx\n"
-              "  track 1 \"Vocal\": \"Channel Mixer\" -> catalogue Channel Mixer30.Kelfx\n"
-              "  track 2 \"Guitar\": \"Graphic Equalizer\" -> catalogue Graphic Equalizer30.Kelfx\n"
-              "  track 2 \"Guitar\": \"Dynamics Processing\" -> catalogue Dynamics Processing30.Kelfx\n"
-              "  track 20001 \"Reverb bus\": \"Channel Mixer\" -> catalogue Channel Mixer30.Kelfx\n");
+    ExpectGolden("cli-info-effects.txt", run.Out.substr(run.Out.find("Effects:\n")));
     const CliRun json = RunCli("info --json --catalogues=" + catalogues + " " + Quote(dir / "fx.ses"));
     EXPECT_NE(json.Out.find("\"effects\":[{\"owner\":\"track 1 \\\"Vocal\\\"\",\"effect\":\"Parametric "
                             "Equalizer\",\"route\":\"catalogue Parametric Equalizer30.Kelfx\"},"),

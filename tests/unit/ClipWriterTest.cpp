@@ -1,4 +1,4 @@
-// <audioClip>, <videoClip> and <clipGroups> of hand-built sessions, line by line.
+// <audioClip>, <videoClip> and <clipGroups> of hand-built sessions, compared whole.
 #include <gtest/gtest.h>
 
 #include "TestSupport.h"
@@ -8,24 +8,22 @@ namespace morvanta::testing {
 namespace {
 
 SessionFile FileOf(std::int32_t id, const std::string& path, double length = 0, std::int32_t kind = 1) {
-    SessionFile f;
-    f.LengthSamples = length;
-    f.FileId = id;
-    f.Kind = kind;
-    f.Path = path;
-    return f;
+    return {.LengthSamples = length, .FileId = id, .Kind = kind, .Path = path};
 }
 
-Track TrackOf(std::int32_t id) {
-    Track t;
-    t.TrackId = id;
-    return t;
-}
+Track TrackOf(std::int32_t id) { return {.TrackId = id, .TrackName = {}}; }
 
 struct Written {
     std::string Text;
     std::vector<Diagnostic> Warnings;
     std::vector<std::int32_t> GroupItemIds;
+
+    // The text and a line for each warning, for a golden file.
+    std::string WithWarnings() const {
+        std::string text = Text;
+        for (const Diagnostic& warning : Warnings) text += "warning: " + warning.Message + "\n";
+        return text;
+    }
 };
 
 Written AudioClipsOf(Session& s, std::vector<std::int32_t> trackIds) {
@@ -39,8 +37,8 @@ Written AudioClipsOf(Session& s, std::vector<std::int32_t> trackIds) {
     return result;
 }
 
-using Strings = std::vector<std::string>;
-
+// The points of this clip on this track, by kind, counted from the clip's
+// start in the file; the stretch by the file's length.
 TEST(ClipWriter, AnAudioClipTakesItsOwnPointsAndItsStretch) {
     Session s;
     s.SessionFiles = {FileOf(2000009, "C:\\a.wav"), FileOf(2000001, "C:\\b.wav", 88200)};
@@ -61,22 +59,11 @@ TEST(ClipWriter, AnAudioClipTakesItsOwnPointsAndItsStretch) {
     s.ClipStretches = {{300000005, 44100}};
     const Written written = AudioClipsOf(s, {10001});
     EXPECT_TRUE(written.Warnings.empty());
-    // The points of this clip on this track, by kind, counted from the
-    // clip's start in the file; the stretch by the file's length.
-    Strings selected = LinesStartingWith(written.Text, "<parameterKeyframe ");
-    selected.push_back(Lines(written.Text).back());
-    const std::string keyframe = R"(<parameterKeyframe sampleOffset=")";
-    EXPECT_EQ(selected,
-              (Strings{keyframe + R"(1000" select="false" type="linear" value="0.65000000"/>)",
-                       keyframe + R"(12025" select="false" type="linear" value="0.47657951"/>)",
-                       keyframe + R"(23050" select="false" type="linear" value="0.00000000"/>)",
-                       keyframe + R"(1010" select="false" type="linear" value="0"/>)",
-                       keyframe + R"(1020" select="false" type="linear" value=".75"/>)",
-                       R"(<clipStretch adaptiveWindowSize="37" pitchAdjustment="0" preserveFormants="true" )"
-                       R"(stretchMode="realtime" stretchQuality="high" stretchRatio="0.5" stretchType="solo" )"
-                       R"(transientSensitivity="40"/></audioClip>)"}));
+    ExpectGolden("audio-clip-points-and-stretch.txt", written.Text);
 }
 
+// Without a fade row a clip has shape 0 and its fade-out at its end; a row
+// gives its shapes.
 TEST(ClipWriter, IdsCountPerTrackZOrderOverTheListAndOnlyOverlapsAreMarked) {
     Session s;
     s.SessionFiles = {FileOf(2000001, "a.wav")};
@@ -94,24 +81,7 @@ TEST(ClipWriter, IdsCountPerTrackZOrderOverTheListAndOnlyOverlapsAreMarked) {
     s.ClipFades = {{1, 0, 19, 0, 0, 19, 0}, {2, 0, 19, 0, 0, 19, 0}, {3, 0, 19, 0, 0, 19, 0},
                    {5, 0, 19, 0, 0, 19, 0}, {6, 0, 19, 0, 0, 19, 0}};
     const Written written = AudioClipsOf(s, {10002, 10001});
-    const std::string common = R"(" lockedInTime="false" looped="false" name="" offline="false" select="false" sourceInPoint="0" sourceOutPoint=")";
-    EXPECT_EQ(LinesStartingWith(written.Text, "<audioClip "),
-              (Strings{
-                  R"(<audioClip clipAutoCrossfade="true" crossFadeHeadClipID="-1" crossFadeTailClipID="-1" endPoint="500" fileID="0" hue="0" id="0)" + common + R"(500" startPoint="0" zOrder="6">)",
-                  R"(<audioClip clipAutoCrossfade="true" crossFadeHeadClipID="-1" crossFadeTailClipID="1" endPoint="100" fileID="0" hue="1.5" id="0)" + common + R"(100" startPoint="0" zOrder="1">)",
-                  R"(<audioClip clipAutoCrossfade="true" crossFadeHeadClipID="1" crossFadeTailClipID="-1" endPoint="150" fileID="0" hue="60" id="1)" + common + R"(100" startPoint="50" zOrder="2">)",
-                  R"(<audioClip clipAutoCrossfade="true" crossFadeHeadClipID="-1" crossFadeTailClipID="-1" endPoint="250" fileID="0" hue="0" id="2)" + common + R"(100" startPoint="150" zOrder="3">)",
-                  R"(<audioClip clipAutoCrossfade="true" crossFadeHeadClipID="-1" crossFadeTailClipID="-1" endPoint="260" fileID="0" hue="0" id="3)" + common + R"(10" startPoint="250" zOrder="4">)",
-                  R"(<audioClip clipAutoCrossfade="true" crossFadeHeadClipID="1" crossFadeTailClipID="-1" endPoint="265" fileID="0" hue="0" id="4)" + common + R"(10" startPoint="255" zOrder="5">)",
-              }));
-    // Without a fade row shape 0 and the fade-out at the end; a row gives its shapes.
-    const Strings fadeIn = LinesStartingWith(written.Text, "<fadeIn ");
-    const Strings fadeOut = LinesStartingWith(written.Text, "<fadeOut ");
-    ASSERT_EQ(fadeIn.size(), 6u);
-    EXPECT_EQ((Strings{fadeIn[4], fadeOut[4], fadeIn[5]}),
-              (Strings{R"(<fadeIn crossFadeLinkType="linkedAsymmetric" endPoint="0" shape="0" startPoint="0" type="log"/>)",
-                       R"(<fadeOut crossFadeLinkType="linkedAsymmetric" endPoint="10" shape="0" startPoint="10" type="log"/>)",
-                       R"(<fadeIn crossFadeLinkType="linkedAsymmetric" endPoint="0" shape="19" startPoint="0" type="log"/>)"}));
+    ExpectGolden("audio-clip-ids-and-overlaps.txt", written.Text);
     // The group item number counts every clip of the track.
     EXPECT_EQ(written.GroupItemIds[2], 1);
     EXPECT_EQ(written.GroupItemIds[5], 4);
@@ -119,6 +89,8 @@ TEST(ClipWriter, IdsCountPerTrackZOrderOverTheListAndOnlyOverlapsAreMarked) {
     EXPECT_EQ(written.GroupItemIds[1], 0) << "no group, no item number";
 }
 
+// The shapes are the last row's; a cosine type and a length above 0 stay
+// from an earlier row.
 TEST(ClipWriter, SeveralFadeRowsOfOneClipIdAreReadInListOrder) {
     Session s;
     s.SessionFiles = {FileOf(2000001, "a.wav")};
@@ -131,16 +103,11 @@ TEST(ClipWriter, SeveralFadeRowsOfOneClipIdAreReadInListOrder) {
         {7, 0, 5, 0, 300, 6, 1},
         {7, 0, 9, 0, 0, 8, 0},
     };
-    // The shapes are the last row's; a cosine type and a length above 0
-    // stay from an earlier row.
-    EXPECT_EQ(LinesStartingWith(AudioClipsOf(s, {3}).Text, "<fade"),
-              (std::vector<std::string>{
-                  R"(<fadeIn crossFadeLinkType="linkedAsymmetric" endPoint="100" shape="9" startPoint="0" type="cosine"/>)",
-                  R"(<fadeOut crossFadeLinkType="linkedAsymmetric" endPoint="1000" shape="8" startPoint="700" type="cosine"/>)",
-                  R"(<fadeIn crossFadeLinkType="linkedAsymmetric" endPoint="100" shape="9" startPoint="0" type="cosine"/>)",
-                  R"(<fadeOut crossFadeLinkType="linkedAsymmetric" endPoint="2000" shape="8" startPoint="1700" type="cosine"/>)"}));
+    ExpectGolden("several-fade-rows.txt", AudioClipsOf(s, {3}).Text);
 }
 
+// Only the clip that has a stretch record and is not looped is stretched,
+// by its first record; without a file length the ratio is 1.
 TEST(ClipWriter, LoopedClipsAndStretchedClips) {
     Session s;
     s.SessionFiles = {FileOf(2000001, "a.wav")};  // no length known
@@ -148,39 +115,17 @@ TEST(ClipWriter, LoopedClipsAndStretchedClips) {
     s.Clips.push_back({.ClipId = 2, .FileId = 2000001, .Start = 20, .Length = 10, .TrackId = 1});
     s.Clips.push_back({.ClipId = 3, .FileId = 2000001, .Start = 40, .Length = 10, .TrackId = 1, .Looped = 1});
     s.ClipStretches = {{1, 500}, {2, 300}, {2, 900}};
-    const std::string text = AudioClipsOf(s, {1}).Text;
-    Strings looped;
-    for (const std::string& line : LinesStartingWith(text, "<audioClip "))
-        looped.push_back(line.substr(line.find("looped="), 14));
-    EXPECT_EQ(looped, (Strings{R"(looped="true" )", R"(looped="false")", R"(looped="false")"}));
-    // Only the clip that has a stretch record and is not looped is stretched,
-    // by its first record; without a file length the ratio is 1.
-    Strings closing;
-    for (const std::string& line : Lines(text))
-        if (line.ends_with("</audioClip>")) closing.push_back(line);
-    EXPECT_EQ(closing,
-              (Strings{"</audioClip>",
-                       R"(<clipStretch adaptiveWindowSize="37" pitchAdjustment="0" preserveFormants="true" )"
-                       R"(stretchMode="realtime" stretchQuality="high" stretchRatio="1" stretchType="solo" )"
-                       R"(transientSensitivity="40"/></audioClip>)",
-                       "</audioClip>"}));
+    ExpectGolden("looped-and-stretched-clips.txt", AudioClipsOf(s, {1}).Text);
 }
 
+// The clip left out takes no id; the next keeps its place in the list.
 TEST(ClipWriter, AClipWhoseFileIsNotListedIsLeftOutWithAWarning) {
     Session s;
     s.SessionFiles = {FileOf(2000001, "a.wav")};
     s.Clips.push_back({.ClipId = 300000004, .FileId = 2000002, .Start = 44100, .TrackId = 10001, .GroupId = 2});
     s.Clips.push_back({.ClipId = 300000005, .FileId = 2000001, .Start = 88200, .TrackId = 10001});
     const Written written = AudioClipsOf(s, {10001});
-    // The clip left out takes no id; the next keeps its place in the list.
-    EXPECT_EQ(LinesStartingWith(written.Text, "<audioClip "),
-              Strings{R"(<audioClip clipAutoCrossfade="true" crossFadeHeadClipID="-1" crossFadeTailClipID="-1" )"
-                      R"(endPoint="88200" fileID="0" hue="0" id="0" lockedInTime="false" looped="false" name="" )"
-                      R"(offline="false" select="false" sourceInPoint="0" sourceOutPoint="0" startPoint="88200" zOrder="2">)"});
-    ASSERT_EQ(written.Warnings.size(), 1u);
-    EXPECT_EQ(written.Warnings[0].Message,
-              "audio clip 300000004 on track 10001 at sample 44100 refers to file 2000002, which the session does "
-              "not list: the clip is left out");
+    ExpectGolden("audio-clip-left-out.txt", written.WithWarnings());
     EXPECT_EQ(written.GroupItemIds[1], kClipLeftOut);
 }
 
@@ -209,22 +154,12 @@ TEST(ClipWriter, VideoClipsSayWhetherTheirFileIsHere) {
     s.Clips.push_back({.ClipId = 82847048, .FileId = 2000002, .SourceStart = 10, .Start = 200, .Length = 50,
                        .TrackId = 490000, .FileKind = 3});
     s.Clips.push_back({.ClipId = 82847048, .FileId = 2000003, .Start = 300, .TrackId = 490000, .FileKind = 3});
-    std::vector<Diagnostic> warnings;
+    Written written;
     const ConvertOptions options;
-    DocumentWriter w(s, options, warnings);
+    DocumentWriter w(s, options, written.Warnings);
     WriteVideoClips(w, TrackOf(490000));
-    EXPECT_EQ(w.out,
-              R"(<videoClip endPoint="-1" fileID="0" hue="-1" id="0" lockedInTime="true" name="away.avi" offline="false" select="false" sourceInPoint="10" sourceOutPoint="-1" startPoint="100" zOrder="0">
-<videoFormat />
-</videoClip>
-<videoClip endPoint="-1" fileID="1" hue="-1" id="0" lockedInTime="false" name="here.avi" offline="false" select="false" sourceInPoint="10" sourceOutPoint="60" startPoint="200" zOrder="0">
-<videoFormat />
-</videoClip>
-)");
-    ASSERT_EQ(warnings.size(), 1u);
-    EXPECT_EQ(warnings[0].Message,
-              "video clip 82847048 on track 490000 at sample 300 refers to file 2000003, which the session does not "
-              "list: the clip is left out");
+    written.Text = w.out;
+    ExpectGolden("video-clips.txt", written.WithWarnings());
 }
 
 // <clipGroups> lists the items the clip writer numbered.
@@ -249,25 +184,7 @@ TEST(ClipWriter, GroupsListTheItemsTheClipWriterNumbered) {
     for (std::int32_t id : {10001, 10002}) WriteAudioClips(w, TrackOf(id));
     w.out.clear();
     WriteClipGroups(w);
-    EXPECT_EQ(w.out, R"(<clipGroups>
-<clipGroup hue="2" id="0">
-<name>Group 1</name>
-<item clipID="0" trackID="10001"/>
-<item clipID="0" trackID="10002"/>
-</clipGroup>
-<clipGroup hue="4" id="1">
-<name>Group 2</name>
-<item clipID="1" trackID="10001"/>
-<item clipID="3" trackID="10001"/>
-</clipGroup>
-<clipGroup hue="358" id="2">
-<name>Group 3</name>
-</clipGroup>
-<clipGroup hue="0" id="-1">
-<name>Group 0</name>
-</clipGroup>
-</clipGroups>
-)");
+    ExpectGolden("clip-groups.txt", w.out);
 }
 
 }  // namespace

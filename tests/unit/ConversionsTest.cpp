@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 #include <string>
+#include <vector>
 
 #include "services/Conversions.h"
 #include "services/NumberText.h"
@@ -26,11 +27,9 @@ TEST(Conversions, DecibelsAndBack) {
 TEST(Conversions, FaderCurveReferencePoints) {
     EXPECT_EQ(GetNormalizedValue(kSilenceDb), 0.0);
     EXPECT_EQ(GetNormalizedValue(-1e9), 0.0);
-    EXPECT_EQ(FixedPlacesText(GetNormalizedValue(-15), 4), "0.3000");
-    EXPECT_EQ(FixedPlacesText(GetNormalizedValue(-6), 4), "0.4771");
-    EXPECT_EQ(FixedPlacesText(GetNormalizedValue(0), 4), "0.6500");
-    EXPECT_EQ(FixedPlacesText(GetNormalizedValue(6), 4), "0.8229");
-    EXPECT_EQ(FixedPlacesText(GetNormalizedValue(15), 4), "1.0000");
+    std::vector<std::string> positions;
+    for (double db : {-15, -6, 0, 6, 15}) positions.push_back(FixedPlacesText(GetNormalizedValue(db), 4));
+    EXPECT_EQ(positions, (std::vector<std::string>{"0.3000", "0.4771", "0.6500", "0.8229", "1.0000"}));
     EXPECT_EQ(GetNormalizedValue(40), 1.0);
     EXPECT_EQ(GetNormalizedValue(ConvertGain(0.0)), 0.0);  // a gain of 0 writes 0
     // Continuous across 0 dB.
@@ -38,10 +37,8 @@ TEST(Conversions, FaderCurveReferencePoints) {
 }
 
 TEST(Conversions, EqualiserGainPosition) {
-    EXPECT_EQ(AA4_db_to_x(0.0), 0.5);
-    EXPECT_EQ(AA4_db_to_x(-30.0), 0.0);
-    EXPECT_EQ(AA4_db_to_x(30.0), 1.0);
-    EXPECT_EQ(AA4_db_to_x(45.0), 1.0);
+    EXPECT_EQ((std::vector<double>{AA4_db_to_x(0.0), AA4_db_to_x(-30.0), AA4_db_to_x(30.0), AA4_db_to_x(45.0)}),
+              (std::vector<double>{0.5, 0.0, 1.0, 1.0}));
     EXPECT_EQ(FixedPlacesText(AA4_db_to_x(6.0), 7), "0.6000000");
 }
 
@@ -79,11 +76,10 @@ TEST(Conversions, PanLaws) {
 }
 
 TEST(Conversions, Base16ToBase64) {
-    EXPECT_EQ(kelb16_to_base64("4D616E"), "TWFu");
-    EXPECT_EQ(kelb16_to_base64("4d6f"), "TW8=");
-    EXPECT_EQ(kelb16_to_base64("4D"), "TQ==");
-    EXPECT_EQ(kelb16_to_base64("4D 61-6E7"), "TWFu");  // foreign characters skipped, odd nibble dropped
-    EXPECT_EQ(kelb16_to_base64(""), "");
+    // Foreign characters are skipped and an odd nibble dropped.
+    std::vector<std::string> encoded;
+    for (const char* hex : {"4D616E", "4d6f", "4D", "4D 61-6E7", ""}) encoded.push_back(kelb16_to_base64(hex));
+    EXPECT_EQ(encoded, (std::vector<std::string>{"TWFu", "TW8=", "TQ==", "TWFu", ""}));
     const std::string source = "00FF10203040506070";
     EXPECT_LE(kelb16_to_base64(source).size() + 1, source.size() + 2);
 }
@@ -123,10 +119,8 @@ TEST(Conversions, Base16ToBase64IntoTheCallersBuffer) {
 TEST(Conversions, RangeHelpers) {
     EXPECT_EQ(FixedPlacesText(NormalizeToRange(-96.0, 48.0, 0.0), 7), "0.6666667");
     EXPECT_EQ(ScaleFromRange(0, 360, NormalizeToRange(0, 240, 120)), 180.0);
-    EXPECT_EQ(IsBelowHalf(0.5), 0);
-    EXPECT_EQ(IsBelowHalf(0.4999), 1);
-    EXPECT_EQ(IsBelowHalf(0), 1);
-    EXPECT_EQ(IsBelowHalf(1), 0);
+    EXPECT_EQ((std::vector<int>{IsBelowHalf(0.5), IsBelowHalf(0.4999), IsBelowHalf(0), IsBelowHalf(1)}),
+              (std::vector<int>{0, 1, 1, 0}));
 }
 
 }  // namespace

@@ -47,33 +47,30 @@ TEST(EnvelopeChunks, PointsOfBothChunks) {
 // file again, and the points would pile up by the square of its size. The
 // "ep20" counts are 16-bit loop counters besides, "envp" counts are not.
 TEST(EnvelopeChunks, CountsThatReachPastTheChunkOrTheLoopCounterFail) {
-    struct Case {
-        const char* Tag;
-        Bytes Payload;
-        std::int64_t Offset;
-        std::string Message;
+    const auto in = [](const char* tag, const Bytes& payload) {
+        return SesBuilder().Version("Audition 1.5").Chunk(tag, payload).Chunk("spar", Bytes().Zeros(200)).Build();
     };
-    const std::vector<Case> cases{
-        {"ep20", Bytes().Int32(3).Int32(0).Int32(0).Int32(7).Int32(0), 40,
+    ExpectFailures({
+        {in("ep20", Bytes().Int32(3).Int32(0).Int32(0).Int32(7).Int32(0)), "ep20", 40,
          "the envelope group count 3 at offset 40 needs at least 48 bytes from offset 44, but the chunk has 16 there"},
-        {"ep20", Bytes().Int32(1).Int32(0).Int32(0).Int32(7).Int32(2).Int32(0).Int32(1).Int32(0), 56,
+        {in("ep20", Bytes().Int32(1).Int32(0).Int32(0).Int32(7).Int32(2).Int32(0).Int32(1).Int32(0)), "ep20", 56,
          "the envelope lane count 2 at offset 56 needs at least 24 bytes from offset 60, but the chunk has 12 there"},
-        {"ep20", Bytes().Int32(1).Int32(0).Int32(0).Int32(7).Int32(1).Int32(2).Int32(1).Int32(0).Zeros(12), 60,
+        {in("ep20", Bytes().Int32(1).Int32(0).Int32(0).Int32(7).Int32(1).Int32(2).Int32(1).Int32(0).Zeros(12)), "ep20",
+         60,
          "the envelope point count 2 at offset 60 needs at least 24 bytes from offset 72, but the chunk has 12 "
          "there"},
-        {"ep20", Bytes().Int32(1).Int32(0).Int32(0).Int32(9).Int32(1).Int32(32768).Int32(1).Int32(0).Zeros(32768 * 12),
-         60, "the envelope point count 32768 at offset 60 is above 32767, the most this list can hold"},
-        {"envp", Bytes().Int32(2).Int32(0).Int32(7).Int32(0).Int32(0), 40,
+        {in("ep20",
+            Bytes().Int32(1).Int32(0).Int32(0).Int32(9).Int32(1).Int32(32768).Int32(1).Int32(0).Zeros(32768 * 12)),
+         "ep20", 60, "the envelope point count 32768 at offset 60 is above 32767, the most this list can hold"},
+        {in("envp", Bytes().Int32(2).Int32(0).Int32(7).Int32(0).Int32(0)), "envp", 40,
          "the envelope group count 2 at offset 40 needs at least 32 bytes from offset 44, but the chunk has 16 there"},
-        {"envp", Bytes().Int32(1).Int32(0).Int32(7).Int32(0).Int32(1), 56,
+        {in("envp", Bytes().Int32(1).Int32(0).Int32(7).Int32(0).Int32(1)), "envp", 56,
          "the pan point count 1 at offset 56 needs at least 24 bytes from offset 60, but the chunk has 0 there"},
-        {"envp", Bytes().Int32(1).Int32(0).Int32(9).Int32(1000000).Int32(0), 52,
-         "the volume point count 1000000 at offset 52 needs at least 24000000 bytes from offset 60, but the chunk has 0 "
+        {in("envp", Bytes().Int32(1).Int32(0).Int32(9).Int32(1000000).Int32(0)), "envp", 52,
+         "the volume point count 1000000 at offset 52 needs at least 24000000 bytes from offset 60, but the chunk has "
+         "0 "
          "there"},
-    };
-    for (const Case& c : cases)
-        ExpectFailure(SesBuilder().Version("Audition 1.5").Chunk(c.Tag, c.Payload).Chunk("spar", Bytes().Zeros(200)).Build(),
-                      c.Tag, c.Offset, c.Message);
+    });
 }
 
 }  // namespace

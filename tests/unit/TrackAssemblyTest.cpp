@@ -9,11 +9,7 @@ namespace morvanta::testing {
 namespace {
 
 SesTrack Raw(std::int32_t id, const std::string& name, std::int32_t height = 66) {
-    SesTrack raw;
-    raw.TrackId = id;
-    raw.Name = name;
-    raw.TrackHeight = height;
-    return raw;
+    return {.Name = name, .TrackId = id, .TrackHeight = height};
 }
 
 Session Assembled(const std::string& version, const std::vector<SesTrack>& raws,

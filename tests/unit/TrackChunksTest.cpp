@@ -39,20 +39,6 @@ TEST(TrackChunks, LowerCaseRecordsOfEveryVersion) {
     ExpectGolden("trks-records.model.txt", dumps);
 }
 
-// The walk goes on behind the payload, so the records must lie inside it:
-// measured against the file, each of many small chunks could read all the
-// records behind it again, taking time by the square of the file's size.
-TEST(TrackChunks, LowerCaseRecordsLieInsideTheirChunk) {
-    TrksRecord record;
-    record.Name = "One";
-    const Bytes one = TrksPayload(104, false, {record});
-    Bytes payload = Bytes().Int32(2);  // the count claims a second record
-    for (std::size_t i = 4; i < one.Size(); ++i) payload.Byte(one.Data()[i]);
-    ExpectFailure(SesBuilder().Version("Audition 1.0").Chunk("trks", payload).Chunk("trks", one).Build(), "trks", 40,
-                  "the track record count 2 at offset 40 needs at least 208 bytes from offset 44, but the chunk has 104 "
-                  "there");
-}
-
 // An entry with every part filled.
 TEST(TrackChunks, AnUpperCaseEntryFillsEveryList) {
     TrackEntry full = NamedEntry(5, u"  Lead\u0141 ");
@@ -142,34 +128,28 @@ TEST(TrackChunks, TheWalkGoesOnWhereTheLastEntryEnded) {
     ExpectModelGolden("trks-second-chunk", ReadOk(bytes));
 }
 
-// Everything a track entry reads lies inside its record, so an entry may
-// read at most twice its own size. Here the RecordLength says 600 while the
-// volume section alone holds 1600 bytes of points: lists that run outside
-// their entry would let each of many chunks read the same points again, and
-// the lists would pile up by the square of the file's size.
-TEST(TrackChunks, AnEntryThatReadsFarOutsideItselfFails) {
+// Hostile records fail the file at the field that is wrong. Their lists lie
+// inside their chunk and their entry: measured against the file, each of many
+// small chunks could read all the records behind it again, taking time by
+// the square of the file's size.
+TEST(TrackChunks, HostileRecordsFailWithTheirOffset) {
+    // "trks": the count claims a second record, which only the next chunk holds.
+    TrksRecord record;
+    record.Name = "One";
+    const Bytes one = TrksPayload(104, false, {record});
+    Bytes twoOfOne = Bytes().Int32(2);
+    for (std::size_t i = 4; i < one.Size(); ++i) twoOfOne.Byte(one.Data()[i]);
+    // An entry may read at most twice its own size. Here the RecordLength
+    // says 600 while the volume section alone holds 1600 bytes of points;
+    // the walk ends behind the claimed record, at 82 + 600.
     TrackEntry wide = NamedEntry(1, u"Wide");
     for (int i = 0; i < 100; ++i) wide.Volume.push_back({i, 0.5});
     wide.RecordLengthOverride = 600;
-    // The walk ends behind the claimed record, at 82 + 600.
-    const auto bytes = SesBuilder()
-                           .Version("Audition 3.0")
-                           .Chunk("TRKS", UpperTrksPayload(true, 1, {TrackEntryBytes(wide)}))
-                           .DeclaredLength(683)
-                           .Build();
-    // At the volume count, 412 behind the section's name.
-    ExpectFailure(bytes, "TRKS", 956,
-                  "the track entry at offset 48 reads more than twice its own 634 bytes at offset 956: its lists run "
-                  "outside it or over the same bytes again and again");
-}
-
-// Hostile entries fail the file at the field that is wrong.
-TEST(TrackChunks, HostileEntriesFailWithTheirOffset) {
-    struct Case {
-        std::vector<std::uint8_t> Bytes;
-        std::int64_t Offset;
-        std::string Message;
-    };
+    const auto wideBytes = SesBuilder()
+                               .Version("Audition 3.0")
+                               .Chunk("TRKS", UpperTrksPayload(true, 1, {TrackEntryBytes(wide)}))
+                               .DeclaredLength(683)
+                               .Build();
     TrackEntry longRecord = NamedEntry(1, u"Long");
     longRecord.RecordLengthOverride = 0x7FFFFFF0;
     TrackEntry manyLanes = NamedEntry(1, u"Lanes");
@@ -177,27 +157,40 @@ TEST(TrackChunks, HostileEntriesFailWithTheirOffset) {
     const Bytes entry = TrackEntryBytes(NamedEntry(1, u"Cut"));
     Bytes cut;
     for (std::size_t i = 0; i < 500; ++i) cut.Byte(entry.Data()[i]);
+    const auto eq = [](const Bytes& first, const Bytes& second) {
+        return SesBuilder().Version("Audition 1.5").Chunk("tkeq", first).Chunk("tkeq", second).Build();
+    };
 
     // The payload starts at 40, behind a "vers" chunk of 20 bytes; the
     // first entry at 48, its record at 78.
-    const std::vector<Case> cases{
-        {UpperSession("Audition 3.0", 1000000, {entry}), 40,
+    ExpectFailures({
+        {SesBuilder().Version("Audition 1.0").Chunk("trks", twoOfOne).Chunk("trks", one).Build(), "trks", 40,
+         "the track record count 2 at offset 40 needs at least 208 bytes from offset 44, but the chunk has 104 there"},
+        // At the volume count, 412 behind the section's name.
+        {wideBytes, "TRKS", 956,
+         "the track entry at offset 48 reads more than twice its own 634 bytes at offset 956: its lists run "
+         "outside it or over the same bytes again and again"},
+        {UpperSession("Audition 3.0", 1000000, {entry}), "TRKS", 40,
          "the track entry count 1000000 at offset 40 needs at least 24000000 bytes from offset 48, but the file has " +
              std::to_string(entry.Size()) + " there"},
-        {UpperSession("Audition 3.0", 1, {TrackEntryBytes(longRecord)}), 78,
+        {UpperSession("Audition 3.0", 1, {TrackEntryBytes(longRecord)}), "TRKS", 78,
          "the track record at offset 78 has length 2147483632, which runs past the end of the file (" +
              std::to_string(48 + TrackEntryBytes(longRecord).Size()) + " bytes)"},
-        {AbsurdPointCountSession(), 978,
+        {AbsurdPointCountSession(), "TRKS", 978,
          "the automation point count 2147483647 at offset 978 needs at least 34359738352 bytes from offset 982, but "
          "the file has 2356 there"},
-        {UpperSession("Audition 3.0", 1, {TrackEntryBytes(manyLanes)}), 1834,
+        {UpperSession("Audition 3.0", 1, {TrackEntryBytes(manyLanes)}), "TRKS", 1834,
          "the automation lane count 100000000 at offset 1834 needs at least 800000000 bytes from offset 1838, but the "
          "file has 1480 there"},
-        {UpperSession("Audition 3.0", 1, {cut}), 78,
+        {UpperSession("Audition 3.0", 1, {cut}), "TRKS", 78,
          "the track record at offset 78 has length " + std::to_string(entry.Size() - 34) +
              ", which runs past the end of the file (548 bytes)"},
-    };
-    for (const Case& c : cases) ExpectFailure(c.Bytes, "TRKS", c.Offset, c.Message);
+        {eq(Bytes().Int32(32768), Bytes()), "tkeq", 40,
+         "the EQ record count 32768 at offset 40 is above 32767, the most this list can hold"},
+        // A count that reaches into the chunk behind would let every chunk read the rest of the file again.
+        {eq(Bytes().Int32(2).Zeros(88), Bytes().Int32(0).Zeros(100)), "tkeq", 40,
+         "the EQ record count 2 at offset 40 needs at least 176 bytes from offset 44, but the chunk has 88 there"},
+    });
 }
 
 // The track EQ chunk "tkeq"; how its records find their tracks is pinned by
@@ -213,21 +206,6 @@ TEST(TrackChunks, OnlyTheFourVersionsOfTheEqChunkReadIt) {
                                 "Cool Edit Pro 1.2", "Cool Edit 2000 1.0", "Audition 2.0", "Audition 3.0"})
         dumps += TitledDump(version, ReadOk(SesBuilder().Version(version).Chunk("tkeq", TkeqPayload(records)).Build()));
     ExpectGolden("tkeq-records.model.txt", dumps);
-}
-
-TEST(TrackChunks, EqCountsBeyondTheLoopCounterOrTheChunkFail) {
-    ExpectFailure(SesBuilder().Version("Audition 1.5").Chunk("tkeq", Bytes().Int32(32768)).Build(), "tkeq", 40,
-                  "the EQ record count 32768 at offset 40 is above 32767, the most this list can hold");
-
-    // The records of a chunk lie inside it: a count that reaches into the
-    // chunk behind would let every chunk read the rest of the file again.
-    ExpectFailure(SesBuilder()
-                      .Version("Audition 1.5")
-                      .Chunk("tkeq", Bytes().Int32(2).Zeros(88))
-                      .Chunk("tkeq", Bytes().Int32(0).Zeros(100))
-                      .Build(),
-                  "tkeq", 40,
-                  "the EQ record count 2 at offset 40 needs at least 176 bytes from offset 44, but the chunk has 88 there");
 }
 
 }  // namespace

@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
-#include "DocumentSection.h"
 #include "SesBuilder.h"
 #include "SessionPayloads.h"
 #include "TestSupport.h"
@@ -19,22 +19,13 @@ const std::vector<std::string> kVersions{
     "Audition 1.0",       "Audition 1.5",       "Audition 2.0",       "Audition 3.0",
 };
 
-bool Packed(const std::string& version) {
-    return version.starts_with("Cool Edit Pro 1.2") || version.starts_with("Cool Edit 2000");
-}
-
-WaveLayout LayoutOf(const std::string& version) { return Packed(version) ? WaveLayout::Packed : WaveLayout::Padded; }
-
-SesBuilder Begin(const std::string& version) {
-    SesBuilder builder;
-    builder.Chunk("hdr ", HeaderBytes(44100)).Version(version, 32);
-    return builder;
+WaveLayout LayoutOf(const std::string& version) {
+    const bool packed = version.starts_with("Cool Edit Pro 1.2") || version.starts_with("Cool Edit 2000");
+    return packed ? WaveLayout::Packed : WaveLayout::Padded;
 }
 
 std::string Files(const SesBuilder& builder, const ConvertOptions& options = {}) {
-    const ImportResult result = Convert(builder.Build(), options);
-    EXPECT_EQ(result.Status, ImportStatus::Converted) << result.Message;
-    return Section(result.Document, "<files>", "</files>");
+    return Section(DocumentOf(builder.Build(), options), "<files>", "</files>");
 }
 
 // Reads and assembles the file list, for what the document does not show.
@@ -63,8 +54,7 @@ const std::vector<WaveEntry> kRepairs{
 TEST(WaveList, EveryVersionReadsItsOwnLayoutAndRepairsTheNames) {
     std::string dumps;
     for (const std::string& version : kVersions) {
-        SesBuilder b = Begin(version);
-        b.Chunk("LIST", WaveListBytes(kRepairs, LayoutOf(version)));
+        const SesBuilder b = SessionOf(version).Chunk("LIST", WaveListBytes(kRepairs, LayoutOf(version)));
         dumps += TitledDump(version, FilesOf(b));
     }
     ExpectGolden("wave-list-repairs.model.txt", dumps);
@@ -81,37 +71,43 @@ TEST(WaveList, TheListEndsByItsLengthOrAtTheListFileMark) {
         "<file absolutePath=\"e.wav\" id=\"4\"/>\n<file absolutePath=\"f.wav\" id=\"5\"/>\n</files>\n";
     for (const std::string& version : kVersions) {
         const WaveLayout layout = LayoutOf(version);
-        SesBuilder byLength = Begin(version);
-        byLength.Chunk("LIST", WaveListBytes(shortNames, layout, WaveEntryBytes({"wav ", 9, "decoy"}, layout)));
+        const SesBuilder byLength = SessionOf(version).Chunk(
+            "LIST", WaveListBytes(shortNames, layout, WaveEntryBytes({"wav ", 9, "decoy"}, layout)));
         EXPECT_EQ(Files(byLength), expected) << version;
 
         // A list length beyond the entries: the "LIST" "FILE" mark ends them.
         Bytes entries;
         for (const WaveEntry& entry : shortNames) entries.Append(WaveEntryBytes(entry, layout));
-        SesBuilder byMark = Begin(version);
-        byMark.Chunk("LIST", WaveListBytes(shortNames, layout, Bytes().Text("LISTFILE"),
-                                           static_cast<std::int32_t>(entries.Size() + 8)));
+        const SesBuilder byMark = SessionOf(version).Chunk(
+            "LIST",
+            WaveListBytes(shortNames, layout, Bytes().Text("LISTFILE"), static_cast<std::int32_t>(entries.Size() + 8)));
         EXPECT_EQ(Files(byMark), expected) << version;
     }
 }
 
-TEST(WaveList, TheNextChunkStandsBehindTheListLengthNotThePayloadLength) {
-    SesBuilder b = Begin("Audition 3.0");
-    b.ChunkWithLength("LIST", 100000, WaveListBytes({{"wav ", 1, "C:\\x.wav"}}, WaveLayout::Padded))
-        .Chunk("stat", StatBytes(10, 30));
-    const Session s = ReadOk(b.Build());
+// The next chunk stands behind the list length, not the payload length; an
+// empty list steps 16 or 28 bytes, an empty wide list 28.
+TEST(WaveList, WhereTheNextChunkStands) {
+    const Session s =
+        ReadOk(SessionOf("Audition 3.0")
+                   .ChunkWithLength("LIST", 100000, WaveListBytes({{"wav ", 1, "C:\\x.wav"}}, WaveLayout::Padded))
+                   .Chunk("stat", StatBytes(10, 30))
+                   .Build());
     EXPECT_EQ(s.SesWaves.at(0).Name, "C:\\x.wav");
     EXPECT_EQ(s.SelectionEnd, 30);
-}
-
-TEST(WaveList, AnEmptyListStepsSixteenOrTwentyEightBytes) {
     for (const std::string& version : kVersions) {
         const bool sixteen = version == "Cool Edit Pro 2.00" || version.starts_with("Cool Edit Pro 1.2") ||
                              version == "Cool Edit Pro 2.1" || version == "Audition 1.0";
-        SesBuilder b = Begin(version);
-        b.ChunkWithLength("LIST", 0, Bytes().Zeros(sixteen ? 16 : 28)).Chunk("stat", StatBytes(100, 400));
+        const SesBuilder b = SessionOf(version)
+                                 .ChunkWithLength("LIST", 0, Bytes().Zeros(sixteen ? 16 : 28))
+                                 .Chunk("stat", StatBytes(100, 400));
         EXPECT_EQ(ReadOk(b.Build()).SelectionEnd, 400) << version;
     }
+    ConvertOptions language;
+    language.NonEnglish = true;
+    const SesBuilder wide =
+        SessionOf("Audition 1.5").ChunkWithLength("WLST", 0, Bytes().Zeros(28)).Chunk("stat", StatBytes(1, 2));
+    EXPECT_EQ(ReadOk(wide.Build(), language).SelectionEnd, 2);
 }
 
 // Small ids get 2000000 in some versions (video and audio differ in Cool
@@ -120,73 +116,57 @@ TEST(WaveList, AnEmptyListStepsSixteenOrTwentyEightBytes) {
 TEST(WaveList, IdsAndLengthsByVersion) {
     std::string dumps;
     for (const std::string& version : kVersions) {
-        SesBuilder b = Begin(version);
-        b.Chunk("LIST", WaveListBytes({{"wav ", 7, "C:\\a.wav", 441000},
-                                       {"wav ", 8, "C:\\b", 882000},
-                                       {"VDEO", 9, "C:\\v.avi", 123}},
-                                      LayoutOf(version)));
+        const SesBuilder b = SessionOf(version).Chunk(
+            "LIST", WaveListBytes(
+                        {{"wav ", 7, "C:\\a.wav", 441000}, {"wav ", 8, "C:\\b", 882000}, {"VDEO", 9, "C:\\v.avi", 123}},
+                        LayoutOf(version)));
         dumps += TitledDump(version, FilesOf(b));
     }
     ExpectGolden("wave-list-ids.model.txt", dumps);
 }
 
-TEST(WaveList, PathsAreCutAt255CharactersAtEveryStore) {
+// The <files> section. Paths are cut at 255 characters at every store: the
+// added extension loses its end before the prefix goes, 253 + ".w", and
+// 254 + "." less the prefix. Without path names only the file name is
+// written. With the language option the old versions read both lists (the
+// later ones read "WLST" instead of "LIST":
+// WholeSessions.WithALanguageTheNamesComeFromTheWideList), and a kind other
+// than "wav " is no kind at all. Wide names become bytes of the chosen
+// charset: without one a character below 256 stands for itself, with one the
+// character comes back whole once the document is recoded.
+TEST(WaveList, FileSections) {
     const std::string folder = "C:\\" + std::string(236, 'f') + "\\";  // 240 characters
-    SesBuilder b = Begin("Audition 3.0");
-    b.Chunk("LIST", WaveListBytes({{"wav ", 1, folder + "take number 1"}, {"wav ", 2, folder + "Audio for clip"}},
-                                  WaveLayout::Padded));
-    // The added extension loses its end at 255 characters, before the
-    // prefix goes: 253 + ".w", and 254 + "." less the prefix.
-    EXPECT_EQ(Files(b), "<files>\n"
-                        "<file absolutePath=\"" + folder + "take number 1.w\" id=\"0\" relativePath=\"./take number 1.w\"/>\n"
-                        "<file absolutePath=\"" + folder + "clip.\" id=\"1\" relativePath=\"./clip.\"/>\n"
-                        "</files>\n");
-    EXPECT_FALSE(FilesOf(b).VideoSeen);
-}
-
-TEST(WaveList, WithoutPathNamesOnlyTheFileNameIsWritten) {
-    ConvertOptions options;
-    options.NoPathNames = true;
-    SesBuilder b = Begin("Audition 2.0");
-    b.Chunk("LIST", WaveListBytes({{"wav ", 1, "C:\\a\\take 1.wav"}, {"VDEO", 2, "C:\\v\\film & co.avi"}},
-                                  WaveLayout::Padded));
-    EXPECT_EQ(Files(b, options), "<files>\n"
-                                 "<file absolutePath=\"film &amp; co.avi\" id=\"0\"/>\n"
-                                 "<file absolutePath=\"take 1.wav\" id=\"1\"/>\n"
-                                 "</files>\n");
-}
-
-// With the language option the later versions read "WLST" instead of "LIST"
-// (WholeSessions.WithALanguageTheNamesComeFromTheWideList); the old ones read
-// both, and a kind other than "wav " is no kind at all.
-TEST(WaveList, TheLanguageOptionReadsBothListsInTheOldVersions) {
-    ConvertOptions options;
-    options.NonEnglish = true;
-    SesBuilder old = Begin("Cool Edit Pro 2.00");
-    old.Chunk("LIST", WaveListBytes({{"wav ", 1, "C:\\narrow.wav"}}, WaveLayout::Padded))
-        .Chunk("WLST", WideWaveListBytes({{"wav ", 2, u"C:\\wide.wav"}, {"VDEO", 3, u"C:\\Loop take"}}));
-    EXPECT_EQ(Files(old, options),
-              "<files>\n<file absolutePath=\"C:\\narrow.wav\" id=\"0\" relativePath=\"./narrow.wav\"/>\n"
-              "<file absolutePath=\"C:\\wide.wav\" id=\"1\" relativePath=\"./wide.wav\"/>\n"
-              "<file absolutePath=\"C:\\Loop take\" id=\"2\" relativePath=\"./Loop take\"/>\n</files>\n");
-    // An empty wide list steps 28 bytes.
-    SesBuilder empty = Begin("Audition 1.5");
-    empty.ChunkWithLength("WLST", 0, Bytes().Zeros(28)).Chunk("stat", StatBytes(1, 2));
-    EXPECT_EQ(ReadOk(empty.Build(), options).SelectionEnd, 2);
-}
-
-TEST(WaveList, WideNamesBecomeBytesOfTheChosenCharset) {
-    ConvertOptions options;
-    options.NonEnglish = true;
-    SesBuilder b = Begin("Audition 3.0");
-    b.Chunk("WLST", WideWaveListBytes({{"wav ", 1, u"C:\\\u00e9t\u00e9 \u0416.wav"}}));
-    // Without a charset a character below 256 stands for itself.
-    EXPECT_EQ(Files(b, options), "<files>\n<file absolutePath=\"C:\\\xe9t\xe9 ?.wav\" id=\"0\" "
-                                 "relativePath=\"./\xe9t\xe9 ?.wav\"/>\n</files>\n");
-    // With one the character comes back whole once the document is recoded.
-    options.Charset = "WINDOWS-1251";
-    EXPECT_EQ(Files(b, options), "<files>\n<file absolutePath=\"C:\\?t? \xd0\x96.wav\" id=\"0\" "
-                                 "relativePath=\"./?t? \xd0\x96.wav\"/>\n</files>\n");
+    const SesBuilder cut =
+        SessionOf("Audition 3.0")
+            .Chunk("LIST",
+                   WaveListBytes({{"wav ", 1, folder + "take number 1"}, {"wav ", 2, folder + "Audio for clip"}},
+                                 WaveLayout::Padded));
+    const SesBuilder wide =
+        SessionOf("Audition 3.0").Chunk("WLST", WideWaveListBytes({{"wav ", 1, u"C:\\\u00e9t\u00e9 \u0416.wav"}}));
+    ConvertOptions noPaths, language;
+    noPaths.NoPathNames = true;
+    language.NonEnglish = true;
+    ConvertOptions cyrillic = language;
+    cyrillic.Charset = "WINDOWS-1251";
+    const std::vector<std::tuple<std::string, SesBuilder, ConvertOptions>> table{
+        {"paths of more than 255 characters", cut, {}},
+        {"without path names",
+         SessionOf("Audition 2.0")
+             .Chunk("LIST", WaveListBytes({{"wav ", 1, "C:\\a\\take 1.wav"}, {"VDEO", 2, "C:\\v\\film & co.avi"}},
+                                          WaveLayout::Padded)),
+         noPaths},
+        {"both lists of Cool Edit Pro 2.00",
+         SessionOf("Cool Edit Pro 2.00")
+             .Chunk("LIST", WaveListBytes({{"wav ", 1, "C:\\narrow.wav"}}, WaveLayout::Padded))
+             .Chunk("WLST", WideWaveListBytes({{"wav ", 2, u"C:\\wide.wav"}, {"VDEO", 3, u"C:\\Loop take"}})),
+         language},
+        {"wide names without a charset", wide, language},
+        {"wide names in WINDOWS-1251", wide, cyrillic},
+    };
+    std::string sections;
+    for (const auto& [title, builder, options] : table) sections += "## " + title + "\n" + Files(builder, options);
+    ExpectGolden("wave-list-files.txt", sections);
+    EXPECT_FALSE(FilesOf(cut).VideoSeen);
 }
 
 TEST(WaveList, NameBuffersThatReadTheFileAgainAndAgainFailIt) {
@@ -202,40 +182,31 @@ TEST(WaveList, NameBuffersThatReadTheFileAgainAndAgainFailIt) {
     payload.PadTo(1100);
     const auto bytes = SesBuilder().Version("Cool Edit 2000 1.0", 32).Chunk("LIST", payload).Build();
     ASSERT_EQ(bytes.size(), 1160u);
-    ExpectFailure(bytes, "LIST", 119,
-                  "the wave list names reach offset 119 again and again: they describe more than the file's 1160 "
-                  "bytes can hold");
+    ExpectFailures({{bytes, "LIST", 119,
+                     "the wave list names reach offset 119 again and again: they describe more than the file's 1160 "
+                     "bytes can hold"}});
 }
 
 TEST(WaveList, EntriesTooSmallForTheirNameFailTheFile) {
-    // The first chunk behind "hdr " and "vers" has its payload at 468.
-    constexpr std::int64_t kPayload = 12 + 408 + 40 + 8;
     ConvertOptions wide;
     wide.NonEnglish = true;
-    struct Case {
-        std::string version, tag;
-        Bytes payload;
-        std::int64_t offset;
-        std::string message;
+    const auto in = [](const char* version, const char* tag, const Bytes& payload) {
+        return SessionOf(version).Chunk(tag, payload).Build();
     };
-    const std::vector<Case> cases{
-        {"Audition 3.0", "LIST", Bytes().Int32(40).Text("wav ").Int32(12).Int32(1).Zeros(40), kPayload + 8,
-         "the wave list entry at offset 472 declares a size of 12, too small for its name"},
-        {"Cool Edit 2000 1.0", "LIST", Bytes().Int32(40).Text("wav ").Int32(4).Int32(1).Zeros(40), kPayload + 8,
-         "the wave list entry at offset 472 declares a size of 4, too small for its name"},
-        {"Audition 3.0", "WLST", Bytes().Text("wav ").Int32(-100).Int32(1).Zeros(20), kPayload + 4,
-         "the 16-bit wave list entry at offset 468 declares a size of -100, too small for its name"},
+    ExpectFailures({
+        {in("Audition 3.0", "LIST", Bytes().Int32(40).Text("wav ").Int32(12).Int32(1).Zeros(40)), "LIST",
+         kFirstPayload + 8, "the wave list entry at offset 472 declares a size of 12, too small for its name"},
+        {in("Cool Edit 2000 1.0", "LIST", Bytes().Int32(40).Text("wav ").Int32(4).Int32(1).Zeros(40)), "LIST",
+         kFirstPayload + 8, "the wave list entry at offset 472 declares a size of 4, too small for its name"},
+        {in("Audition 3.0", "WLST", Bytes().Text("wav ").Int32(-100).Int32(1).Zeros(20)), "WLST", kFirstPayload + 4,
+         "the 16-bit wave list entry at offset 468 declares a size of -100, too small for its name", wide},
         // A list that claims far more than the file holds ends at the file's end.
-        {"Audition 3.0", "LIST", Bytes().Int32(1 << 30).Text("wav ").Int32(17).Int32(1).Zeros(4).ZeroText("a"),
-         kPayload + 4 + 22, "a 32-bit integer of 4 bytes at offset 494 lies outside the file of 490 bytes"},
-        {"Audition 3.0", "WLST", Bytes().Text("wav ").Int32(1000).Int32(1).Zeros(20), kPayload + 24,
-         "a field of 984 bytes at offset 492 runs past the end of the file (8 bytes left)"},
-    };
-    for (const Case& c : cases) {
-        SesBuilder b = Begin(c.version);
-        b.Chunk(c.tag, c.payload);
-        ExpectFailure(b.Build(), c.tag, c.offset, c.message, c.tag == "WLST" ? wide : ConvertOptions{});
-    }
+        {in("Audition 3.0", "LIST", Bytes().Int32(1 << 30).Text("wav ").Int32(17).Int32(1).Zeros(4).ZeroText("a")),
+         "LIST", kFirstPayload + 4 + 22,
+         "a 32-bit integer of 4 bytes at offset 494 lies outside the file of 490 bytes"},
+        {in("Audition 3.0", "WLST", Bytes().Text("wav ").Int32(1000).Int32(1).Zeros(20)), "WLST", kFirstPayload + 24,
+         "a field of 984 bytes at offset 492 runs past the end of the file (8 bytes left)", wide},
+    });
 }
 
 }  // namespace

@@ -84,13 +84,7 @@ TEST(WholeSessions, WithALanguageTheNamesComeFromTheWideList) {
     const ImportResult wide = Convert(WholeSession("Audition 3.0"), language, "audition-3.0");
     ASSERT_EQ(wide.Status, ImportStatus::Converted) << wide.Message;
     EXPECT_TRUE(wide.Warnings.empty());
-    EXPECT_EQ(LinesStartingWith(wide.Document, "<file "),
-              (std::vector<std::string>{
-                  R"(<file absolutePath="C:\Band Session\Vocal take 1.wav" id="0" relativePath="./Vocal take 1.wav"/>)",
-                  R"(<file absolutePath="C:\Band Session\Video\Rough cut.avi" id="1"/>)",
-                  R"(<file absolutePath="C:\Band Session\Guitar DI.wav" id="2" relativePath="./Guitar DI.wav"/>)",
-                  R"(<file absolutePath="C:\Band Session\Bass &amp; Drums.wav" id="3" relativePath="./Bass &amp; Drums.wav"/>)",
-              }));
+    ExpectGolden("wide-list-files.txt", Section(wide.Document, "<files>", "</files>"));
 }
 
 // A document may reach the size limit but not pass it; past it the file
