@@ -80,6 +80,30 @@ TEST(Cli, AMixedBatchIsReportedInFileOrderWhateverTheJobs) {
         << json.Out;
 }
 
+// Names outside every 8-bit code page, in the file and its folder, in the
+// lines, the JSON and the document, with and without a language.
+TEST(Cli, UnicodeFileNamesComeThroughWhole) {
+    TempDir dir;
+    const std::string folder = dir.Path().string() + "/\xC3\x84rger";                   // Ärger
+    const std::string name = "\xD0\x9F\xD1\x80\xD0\xB8\xD0\xB2\xD0\xB5\xD1\x82";  // Привет
+    WriteFile(folder + "/" + name + ".ses", WholeSession("Audition 3.0"));
+    const std::string lines = "converted  " + folder + "/" + name + ".ses -> " + folder + "/" + name +
+                              ".sesx\nConverted 1 of 1 files: 0 refused, 0 failed, 0 skipped, 0 not sessions.\n";
+    for (const std::string options : {"", "--language Western "}) {
+        const CliRun run = RunCli("convert --overwrite=all -r " + options + Quote(dir.Path()));
+        EXPECT_EQ(run.Exit, 0);
+        EXPECT_EQ(run.Out, lines) << options;
+        const std::vector<std::string> document = Lines(ReadFile(folder + "/" + name + ".sesx"));
+        ASSERT_GE(document.size(), 6u);
+        EXPECT_EQ(document[5], "<name>" + name + ".sesx</name>") << options;
+    }
+    const CliRun json = RunCli("convert --overwrite=all --json " + Quote(folder + "/" + name + ".ses"));
+    EXPECT_NE(json.Out.find("\"source\":\"" + folder + "/" + name + ".ses\",\"target\":\"" + folder + "/" + name +
+                            ".sesx\",\"status\":\"converted\""),
+              std::string::npos)
+        << json.Out;
+}
+
 TEST(Cli, ExistingDocumentsAreSkippedWithoutATerminalUnlessAllIsGiven) {
     TempDir dir;
     WriteFile(dir / "a.ses", SesBuilder().Version("Audition 3.0").Build());
