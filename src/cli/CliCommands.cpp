@@ -122,7 +122,14 @@ int AskOnTerminal(const std::string& targetPath, std::ostream& err) {
 // The catalogue folder a command names, else the shipped one. Nothing,
 // after a message, when the named folder does not exist.
 std::optional<fs::path> CatalogueFolderFor(const std::string& named, std::ostream& err) {
-    if (named.empty()) return ShippedCatalogueFolder(ProgramFile());
+    if (named.empty()) {
+        const fs::path shipped = ShippedCatalogueFolder(ProgramFile());
+        // The run goes on, but no effect can reach a document: say why once.
+        if (shipped.empty())
+            err << "morvanta: no effect catalogues were found beside the program (a folder \"catalogues\", or "
+                   "\"../share/morvanta/catalogues\"): every effect is left out; name a folder with --catalogues DIR\n";
+        return shipped;
+    }
     std::error_code ec;
     if (!fs::is_directory(PathFromText(named), ec)) {
         err << "morvanta: the catalogue folder " << named << " does not exist\n";

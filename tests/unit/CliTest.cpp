@@ -104,6 +104,21 @@ TEST(Cli, UnicodeFileNamesComeThroughWhole) {
         << json.Out;
 }
 
+// A program copied away from its catalogues still converts, and says that
+// every effect is left out, and why.
+TEST(Cli, AProgramWithoutItsCataloguesSaysSo) {
+    TempDir dir;
+    std::filesystem::copy_file(MORVANTA_CLI_PATH, dir / "morvanta");
+    WriteFile(dir / "fx.ses", EffectsSession("Audition 3.0"));
+    FILE* pipe = ::popen((Quote(dir / "morvanta") + " convert " + Quote(dir / "fx.ses") + " 2>&1 >/dev/null").c_str(), "r");
+    ASSERT_NE(pipe, nullptr);
+    char buffer[4096];
+    const std::string err(buffer, std::fread(buffer, 1, sizeof buffer, pipe));
+    EXPECT_EQ(WEXITSTATUS(::pclose(pipe)), 0);
+    EXPECT_EQ(err, "morvanta: no effect catalogues were found beside the program (a folder \"catalogues\", or "
+                   "\"../share/morvanta/catalogues\"): every effect is left out; name a folder with --catalogues DIR\n");
+}
+
 TEST(Cli, ExistingDocumentsAreSkippedWithoutATerminalUnlessAllIsGiven) {
     TempDir dir;
     WriteFile(dir / "a.ses", SesBuilder().Version("Audition 3.0").Build());
