@@ -34,9 +34,10 @@ public:
     Utf8Console& operator=(const Utf8Console&) = delete;
 
 private:
-    unsigned previous_ = 0;
-    unsigned long previousMode_ = 0;
-    bool modeSet_ = false;
+    // What Windows had before; unused elsewhere.
+    [[maybe_unused]] unsigned previous_ = 0;
+    [[maybe_unused]] unsigned long previousMode_ = 0;
+    [[maybe_unused]] bool modeSet_ = false;
 };
 
 // When a file was made: its birth time where the file system keeps one,
