@@ -318,7 +318,8 @@ int RunInfo(const InfoCommand& command, std::ostream& out, std::ostream& err) {
     std::vector<ChunkHeader> chunks;
     ConvertOptions options;
     options.CatalogueFolder = *catalogues;
-    const ImportResult result = ReadSesBytes(bytes, session, options, false, &chunks);
+    ImportResult result = ReadSesBytes(bytes, session, options, false, &chunks);
+    if (result.Status == ImportStatus::Converted) SettlePlannedEffectRoutes(session, result.Effects);
 
     const ByteReader file(bytes);
     const std::string magic = file.Contains(0, 8) ? file.NonZeroBytes(0, 8) : std::string();

@@ -10,7 +10,6 @@
 #include "reader/ChunkReaders.h"
 #include "reader/ReadError.h"
 #include "reader/effects/Catalogues.h"
-#include "reader/effects/EffectRacks.h"
 #include "services/TextHelpers.h"
 
 namespace morvanta {
@@ -182,9 +181,6 @@ ImportResult ReadSesBytes(std::span<const std::uint8_t> bytes, Session& session,
             ~KeepEffects() { result.Effects = std::move(ctx.effects); }
         } keep{ctx, result};
         WalkChunks(ctx);
-        // The routes as the document's racks will take them; the conversion
-        // settles them again once the assembly has made the tracks.
-        SettleEffectReports(session, PlannedTracks(session), ctx.effects);
         result.Status = VersionOnly ? ImportStatus::Probed : ImportStatus::Converted;
     } catch (const ProbeDone&) {
         result.Status = ImportStatus::Probed;

@@ -96,13 +96,19 @@ struct ImportResult {
 
 // Walks the chunks of a file held in memory and fills `session` (reset first).
 // No assembly, no writer. Faults are reported in the result, never thrown.
-// The effects' routes are settled against the tracks the assembly will
-// make; their warnings come with the conversion (run/ConvertFile.h).
+// The effects' routes are those the reader took; the conversion settles
+// them against its racks and warns (run/ConvertFile.h), and a read that is
+// not converted settles them with SettlePlannedEffectRoutes.
 // With VersionOnly the walk is the probe: it ends at the version chunk, and
 // the result is Probed (with or without a version), NotSession or Failed.
 ImportResult ReadSesBytes(std::span<const std::uint8_t> bytes, Session& session,
                           const ConvertOptions& options, bool VersionOnly = false,
                           std::vector<ChunkHeader>* visited = nullptr);
+
+// Settles the routes of a read's effects against the racks of the tracks
+// the assembly would make of `session`, for a read that is not assembled
+// (`morvanta info`): the routes a conversion of the file reports.
+void SettlePlannedEffectRoutes(const Session& session, std::vector<EffectReport>& reports);
 
 // "<file>: offset N (chunk "TAG"): message" for a failed result.
 std::string DescribeFailure(const std::string& path, const ImportResult& result);

@@ -132,6 +132,9 @@ void FailEffect(const EffectSource& source, std::int64_t position, const std::ex
     throw ReadError(position, "effect \"" + source.Name + "\" on " + source.Owner + ": " + error.what());
 }
 
+namespace {
+
+// The tracks as the assembly will make them of the track and bus records.
 std::vector<Track> PlannedTracks(const Session& session) {
     Session planned;
     planned.SesVersion = session.SesVersion;
@@ -140,8 +143,6 @@ std::vector<Track> PlannedTracks(const Session& session) {
     AssembleTracks(planned);
     return std::move(planned.Tracks);
 }
-
-namespace {
 
 // A text without its blanks at both ends, as the writer compares names.
 std::string_view Trimmed(std::string_view text) {
@@ -261,6 +262,10 @@ void SettleEffectReports(const Session& session, const std::vector<Track>& track
                              slotIndex + ", the slot number those parameters keep from the file";
         }
     }
+}
+
+void SettlePlannedEffectRoutes(const Session& session, std::vector<EffectReport>& reports) {
+    SettleEffectReports(session, PlannedTracks(session), reports);
 }
 
 void AppendEffectWarnings(const std::vector<EffectReport>& reports, std::vector<Diagnostic>& warnings) {

@@ -49,10 +49,6 @@ void AppendFallbackEffect(ReadContext& ctx, const EffectSource& source, std::str
 // A fault of an expression, a step or a catalogue as the file's failure at `position`.
 [[noreturn]] void FailEffect(const EffectSource& source, std::int64_t position, const std::exception& error);
 
-// The tracks as the assembly will make them of the track and bus records,
-// for settling the reports before the assembly has run.
-std::vector<Track> PlannedTracks(const Session& session);
-
 // Settles the route and the warning of each reported effect against the
 // racks that `tracks` will write. A slot that no rack writes (a bus's slot
 // behind a gap, a slot whose id no track has) leaves its effect out after
