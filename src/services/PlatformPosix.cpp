@@ -70,9 +70,7 @@ int CreateTemporary(const std::filesystem::path& target, std::string& path) {
     const auto folder = target.has_parent_path() ? target.parent_path() : std::filesystem::path(".");
     for (int attempt = 0; attempt < 100; ++attempt) {
         const unsigned tag = random() ^ (counter.fetch_add(1) * 2654435761u);
-        const std::string suffix = "." + HexByte(static_cast<std::uint8_t>(tag >> 24)) +
-                                   HexByte(static_cast<std::uint8_t>(tag >> 16)) +
-                                   HexByte(static_cast<std::uint8_t>(tag >> 8)) + HexByte(static_cast<std::uint8_t>(tag));
+        const std::string suffix = "." + HexWord(tag);
         path = (folder / ("." + target.filename().string() + suffix)).string();
         const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
         if (fd >= 0 || errno != EEXIST) return fd;

@@ -123,9 +123,7 @@ HANDLE CreateTemporary(const std::filesystem::path& target, std::filesystem::pat
     const auto folder = target.has_parent_path() ? target.parent_path() : std::filesystem::path(L".");
     for (int attempt = 0; attempt < 100; ++attempt) {
         const unsigned tag = random() ^ (counter.fetch_add(1) * 2654435761u);
-        const std::string suffix = "." + HexByte(static_cast<std::uint8_t>(tag >> 24)) +
-                                   HexByte(static_cast<std::uint8_t>(tag >> 16)) +
-                                   HexByte(static_cast<std::uint8_t>(tag >> 8)) + HexByte(static_cast<std::uint8_t>(tag));
+        const std::string suffix = "." + HexWord(tag);
         path = folder / (L"." + target.filename().native() + std::wstring(suffix.begin(), suffix.end()));
         HANDLE file =
             ::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);

@@ -57,6 +57,12 @@ std::string HexByte(std::uint8_t value) {
     return {kDigits[value >> 4], kDigits[value & 15]};
 }
 
+std::string HexWord(std::uint32_t value) {
+    std::string text;
+    for (int shift = 24; shift >= 0; shift -= 8) text += HexByte(static_cast<std::uint8_t>(value >> shift));
+    return text;
+}
+
 std::string FileNameOf(std::string_view path) {
     const auto at = path.find_last_of("\\/");
     return std::string(at == std::string_view::npos ? path : path.substr(at + 1));

@@ -33,6 +33,9 @@ std::string ReplaceAll(std::string subject, std::string_view find, std::string_v
 // Two upper-case hexadecimal digits.
 std::string HexByte(std::uint8_t value);
 
+// Eight upper-case hexadecimal digits.
+std::string HexWord(std::uint32_t value);
+
 // The part behind the last path separator ("\" or "/"); the whole path when
 // it has none.
 std::string FileNameOf(std::string_view path);
