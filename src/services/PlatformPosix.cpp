@@ -143,18 +143,11 @@ std::string CurrentUserKey() { return std::to_string(::getuid()); }
 
 namespace {
 
-std::string Upper(std::string_view text) {
-    std::string out(text);
-    std::transform(out.begin(), out.end(), out.begin(),
-                   [](unsigned char c) { return static_cast<char>(c >= 'a' && c <= 'z' ? c - 32 : c); });
-    return out;
-}
-
 // The name iconv knows a charset of the language table by ("X-EUC" is
 // EUC-JP, "GB2312" the EUC form of GB 2312, ...); any other name is passed
 // on as it is.
 std::string IconvCharsetName(std::string_view charset) {
-    const std::string upper = Upper(charset);
+    const std::string upper = AsciiUpper(charset);
     if (upper == "X-EUC") return "EUC-JP";
     // The Windows form of Shift JIS: iconv's plain SHIFT_JIS reads the bytes
     // of the backslash and the tilde as a yen sign and an overline, which

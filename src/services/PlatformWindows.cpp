@@ -200,13 +200,6 @@ namespace {
 
 constexpr UINT kUtf16 = 1200;
 
-std::string Upper(std::string_view text) {
-    std::string out(text);
-    std::transform(out.begin(), out.end(), out.begin(),
-                   [](unsigned char c) { return static_cast<char>(c >= 'a' && c <= 'z' ? c - 32 : c); });
-    return out;
-}
-
 // The number after `prefix` in `text`, or 0.
 UINT NumberAfter(std::string_view text, std::string_view prefix) {
     if (!text.starts_with(prefix) || text.size() == prefix.size() || text.size() > prefix.size() + 5) return 0;
@@ -221,7 +214,7 @@ UINT NumberAfter(std::string_view text, std::string_view prefix) {
 // The code page of a charset name: those of the language table, and the
 // forms windows-NNNN, CPNNNN, ISO-8859-N, UTF-8; 0 for any other name.
 UINT CodePageFor(std::string_view charset) {
-    const std::string upper = Upper(charset);
+    const std::string upper = AsciiUpper(charset);
     if (upper == "SHIFT-JIS" || upper == "SHIFT_JIS") return 932;
     if (upper == "X-EUC" || upper == "EUC-JP") return 20932;
     if (upper == "EUC-KR") return 949;

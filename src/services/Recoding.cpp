@@ -1,8 +1,9 @@
 // Recoding documents and texts between a session's code page and UTF-8.
 #include "services/Recoding.h"
 
-#include <algorithm>
 #include <stdexcept>
+
+#include "services/TextHelpers.h"
 
 namespace morvanta {
 namespace {
@@ -10,13 +11,6 @@ namespace {
 constexpr std::string_view kUtf8 = "UTF-8";
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view kReplacementCharacter = "\xEF\xBF\xBD";
-
-std::string Upper(std::string_view text) {
-    std::string out(text);
-    std::transform(out.begin(), out.end(), out.begin(),
-                   [](unsigned char c) { return static_cast<char>(c >= 'a' && c <= 'z' ? c - 32 : c); });
-    return out;
-}
 
 }  // namespace
 
@@ -26,9 +20,9 @@ bool IsKnownCharset(std::string_view charset) {
 }
 
 std::optional<std::string> CharsetForLanguage(std::string_view name) {
-    const std::string upper = Upper(name);
+    const std::string upper = AsciiUpper(name);
     for (const LanguageRow& row : LanguageTable)
-        if (Upper(row.Language) == upper || Upper(row.Charset) == upper) return std::string(row.Charset);
+        if (AsciiUpper(row.Language) == upper || AsciiUpper(row.Charset) == upper) return std::string(row.Charset);
     if (IsKnownCharset(name)) return std::string(name);
     return std::nullopt;
 }
@@ -40,7 +34,7 @@ std::string DecodeText(std::string_view bytes, std::string_view charset) {
 }
 
 std::string EncodeText(std::string_view text, std::string_view charset) {
-    if (Upper(charset) == kUtf8) {
+    if (AsciiUpper(charset) == kUtf8) {
         std::string content;
         content.reserve(kByteOrderMark.size() + text.size());
         content += kByteOrderMark;

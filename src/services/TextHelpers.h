@@ -9,6 +9,9 @@
 
 namespace morvanta {
 
+// The text with "a" to "z" made upper case, every other byte as it is.
+std::string AsciiUpper(std::string_view text);
+
 // Blanks (and only blanks) taken off both ends, as fixed-width fields are read.
 std::string TrimBlanks(std::string_view text);
 
