@@ -21,8 +21,8 @@ struct CliRun {
     std::string Out;
 };
 
-CliRun RunCli(const std::string& arguments) {
-    const std::string command = std::string(MORVANTA_CLI_PATH) + " " + arguments + " 2>&1 </dev/null";
+// A shell command line, and what it printed on its standard output.
+CliRun RunCommand(const std::string& command) {
     CliRun run;
     FILE* pipe = ::popen(command.c_str(), "r");
     if (!pipe) return run;
@@ -31,6 +31,10 @@ CliRun RunCli(const std::string& arguments) {
     const int status = ::pclose(pipe);
     run.Exit = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     return run;
+}
+
+CliRun RunCli(const std::string& arguments) {
+    return RunCommand(std::string(MORVANTA_CLI_PATH) + " " + arguments + " 2>&1 </dev/null");
 }
 
 std::string Quote(const std::filesystem::path& path) { return "'" + path.string() + "'"; }
@@ -110,12 +114,11 @@ TEST(Cli, AProgramWithoutItsCataloguesSaysSo) {
     TempDir dir;
     std::filesystem::copy_file(MORVANTA_CLI_PATH, dir / "morvanta");
     WriteFile(dir / "fx.ses", EffectsSession("Audition 3.0"));
-    FILE* pipe = ::popen((Quote(dir / "morvanta") + " convert " + Quote(dir / "fx.ses") + " 2>&1 >/dev/null").c_str(), "r");
-    ASSERT_NE(pipe, nullptr);
-    char buffer[4096];
-    const std::string err(buffer, std::fread(buffer, 1, sizeof buffer, pipe));
-    EXPECT_EQ(WEXITSTATUS(::pclose(pipe)), 0);
-    EXPECT_EQ(err, "morvanta: no effect catalogues were found beside the program (a folder \"catalogues\", or "
+    // The error stream alone.
+    const CliRun run =
+        RunCommand(Quote(dir / "morvanta") + " convert " + Quote(dir / "fx.ses") + " 2>&1 >/dev/null </dev/null");
+    EXPECT_EQ(run.Exit, 0);
+    EXPECT_EQ(run.Out, "morvanta: no effect catalogues were found beside the program (a folder \"catalogues\", or "
                    "\"../share/morvanta/catalogues\"): every effect is left out; name a folder with --catalogues DIR\n");
 }
 
